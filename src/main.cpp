@@ -1,0 +1,6 @@
+#include "NavorinRadioApp.h"
+
+int main(int argc, char *argv[])
+{
+    return navorin::NavorinRadioApp::run(argc, argv);
+}
