@@ -7,9 +7,10 @@ namespace navorin {
 using namespace Qt::Literals::StringLiterals;
 
 DecodingError::DecodingError(std::string_view where, std::string_view what)
-    : m_what(QByteArray(where.data(), qsizetype(where.size())) + ": "
-             + QByteArray(what.data(), qsizetype(what.size())))
-{}
+    : m_what(QByteArray(where.data(), qsizetype(where.size())) + ": " +
+             QByteArray(what.data(), qsizetype(what.size())))
+{
+}
 
 QString DecodingError::description()
 {
@@ -41,7 +42,8 @@ std::optional<qint64> wholeNumber(Value &value)
     const auto token = value.raw_json_token();
     double real = 0;
     // An integer literal that did not fit must not come back through a rounded double.
-    if (token.find_first_of(".eE") == std::string_view::npos || value.get_double().get(real) != simdjson::SUCCESS)
+    if (token.find_first_of(".eE") == std::string_view::npos ||
+        value.get_double().get(real) != simdjson::SUCCESS)
         return {};
     constexpr double limit = 9223372036854775808.0; // 2^63
     if (std::trunc(real) != real || real < -limit || real >= limit)

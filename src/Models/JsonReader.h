@@ -13,8 +13,9 @@
 #include <string_view>
 
 /// Reading JSON into records. A record lists its fields in order, in one of two tones: strict (`required`,
-/// `optional`: a value of another type fails the whole answer) or tolerant (`tolerant`: a failed try counts as
-/// absent). How a record is read stands beside it, as `read(json::Value &, Record &)` in the record's namespace. An answer is walked once, and every byte of it must be JSON, also where no record looks.
+/// `optional`: a value of another type fails the whole answer) or tolerant (`tolerant`: a failed try counts
+/// as absent). How a record is read stands beside it, as `read(json::Value &, Record &)` in the record's
+/// namespace. An answer is walked once, and every byte of it must be JSON, also where no record looks.
 ///
 /// Everything here is a pure function of its input and may run on any thread.
 namespace navorin {
@@ -39,7 +40,8 @@ namespace json {
 using Value = simdjson::ondemand::value;
 
 /// A scalar of which the type is not settled: a number, a text, or neither.
-struct Scalar {
+struct Scalar
+{
     std::optional<QString> text;
     std::optional<qint64> integer;
 };
@@ -84,7 +86,8 @@ void read(Value &value, QList<T> &target)
 
 /// One entry of a record's list of fields.
 template <typename Record>
-struct Field {
+struct Field
+{
     std::string_view key;
     bool required;
     void (*read)(Value &value, Record &record);
@@ -94,7 +97,8 @@ namespace detail {
 template <typename T>
 struct MemberOf;
 template <typename Record, typename T>
-struct MemberOf<T Record::*> {
+struct MemberOf<T Record::*>
+{
     using RecordType = Record;
 };
 template <auto member>

@@ -26,7 +26,8 @@ bool isNonEmpty(const std::optional<QString> &text)
 /// The backend's names of its categories: a station that bears one has no name of its own.
 bool isCategoryName(const QString &name)
 {
-    return name == u"ایرانی"_s || name == u"بین المللی"_s || name == u"بین\u200Cالمللی"_s || name == u"بینالمللی"_s;
+    return name == u"ایرانی"_s || name == u"بین المللی"_s || name == u"بین\u200Cالمللی"_s ||
+           name == u"بینالمللی"_s;
 }
 
 /// A programme line "artist - title", cut at its first hyphen; a part without a character is no part.
@@ -65,8 +66,8 @@ size_t qHash(const PlaylistTrack &track, size_t seed) noexcept
 
 bool operator==(const Station &a, const Station &b)
 {
-    return a.genre == b.genre && a.title == b.title && a.artworkURL == b.artworkURL
-           && a.trackIndex == b.trackIndex;
+    return a.genre == b.genre && a.title == b.title && a.artworkURL == b.artworkURL &&
+           a.trackIndex == b.trackIndex;
 }
 
 void setOfflineArtworkLookup(OfflineArtworkLookup lookup)
@@ -159,7 +160,8 @@ using json::Scalar;
 using json::tolerant;
 
 /// A track as it stands on the wire, before its three looser fields are settled.
-struct WireTrack {
+struct WireTrack
+{
     Scalar id, trackType, trackID, title, artist, artworkURL, streamURL, duration;
 };
 

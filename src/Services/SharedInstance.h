@@ -8,8 +8,8 @@
 
 namespace navorin {
 
-/// Holds the one process-wide instance of a service: made on first use, by the maker that the composition root (or a
-/// test) put in. UI thread only.
+/// Holds the one process-wide instance of a service: made on first use, by the maker that the composition
+/// root (or a test) put in. UI thread only.
 template <typename T>
 class SharedInstance
 {

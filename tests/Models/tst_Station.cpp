@@ -91,17 +91,19 @@ void tst_Station::trackTolerance_data()
     QTest::newRow("signs") << R"({"id":"+7","duration":"-3"})"_ba << u"7"_s << u"+7"_s << u"-3"_s;
     QTest::newRow("blank in number") << R"({"id":" 7"})"_ba << none << u" 7"_s << none;
     QTest::newRow("persian digits") << R"({"id":"۷"})"_ba << none << u"۷"_s << none;
-    QTest::newRow("overflow as text") << R"({"id":"9223372036854775808"})"_ba << none << u"9223372036854775808"_s
-                                      << none;
+    QTest::newRow("overflow as text")
+        << R"({"id":"9223372036854775808"})"_ba << none << u"9223372036854775808"_s << none;
     QTest::newRow("limits") << R"({"id":9223372036854775807,"duration":-9223372036854775808})"_ba
-                            << u"9223372036854775807"_s << u"9223372036854775807"_s << u"-9223372036854775808"_s;
+                            << u"9223372036854775807"_s << u"9223372036854775807"_s
+                            << u"-9223372036854775808"_s;
     QTest::newRow("overflow as number")
         << R"({"id":9223372036854775808,"duration":-9223372036854775809})"_ba << none << none << none;
-    QTest::newRow("huge") << R"({"id":99999999999999999999999999,"duration":1e30})"_ba << none << none << none;
+    QTest::newRow("huge") << R"({"id":99999999999999999999999999,"duration":1e30})"_ba << none << none
+                          << none;
     QTest::newRow("empty track id counts") << R"({"id":3,"track_id":""})"_ba << u"3"_s << u""_s << none;
     QTest::newRow("track id as number") << R"({"id":3,"track_id":44})"_ba << u"3"_s << u"44"_s << none;
-    QTest::newRow("wrong types") << R"({"id":true,"track_id":[1],"duration":{"a":1},"title":7})"_ba << none << none
-                                 << none;
+    QTest::newRow("wrong types") << R"({"id":true,"track_id":[1],"duration":{"a":1},"title":7})"_ba << none
+                                 << none << none;
     QTest::newRow("duration text") << R"({"duration":"215"})"_ba << none << none << u"215"_s;
     QTest::newRow("duration whole") << R"({"duration":215.0})"_ba << none << none << u"215"_s;
     QTest::newRow("duration fraction") << R"({"duration":215.5})"_ba << none << none << none;
@@ -148,7 +150,8 @@ void tst_Station::strictness_data()
     };
     for (const auto *text : bad)
         QTest::newRow(text) << QByteArray(text);
-    QTest::newRow("nested without end") << "{\"x\":"_ba + QByteArray(100000, '[') + QByteArray(100000, ']') + '}';
+    QTest::newRow("nested without end")
+        << "{\"x\":"_ba + QByteArray(100000, '[') + QByteArray(100000, ']') + '}';
     QTest::newRow("truncated") << R"({"data":[{"genre":"a","title":"b)"_ba;
 }
 
@@ -283,8 +286,9 @@ void tst_Station::identity()
     b.tracks = QList<PlaylistTrack>(3);
     b.elapsedSeconds = 5;
     QCOMPARE(a, b);
-    for (const auto change : {+[](Station &s) { s.genre = u"h"_s; }, +[](Station &s) { s.title = u""_s; },
-                              +[](Station &s) { s.artworkURL = u""_s; }, +[](Station &s) { s.trackIndex = 0; }}) {
+    for (const auto change :
+         {+[](Station &s) { s.genre = u"h"_s; }, +[](Station &s) { s.title = u""_s; },
+          +[](Station &s) { s.artworkURL = u""_s; }, +[](Station &s) { s.trackIndex = 0; }}) {
         auto changed = a;
         change(changed);
         QVERIFY(!(a == changed));

@@ -13,7 +13,8 @@ public:
     ManualTimer(std::weak_ptr<std::list<Entry>> entries, quint64 id)
         : m_entries(std::move(entries))
         , m_id(id)
-    {}
+    {
+    }
     ~ManualTimer() override
     {
         if (const auto entries = m_entries.lock())
@@ -76,9 +77,10 @@ void ManualMainQueue::advance(std::chrono::milliseconds duration)
     const auto end = m_now + duration;
     drain();
     for (;;) {
-        const auto next = std::min_element(m_entries->begin(), m_entries->end(), [](const auto &a, const auto &b) {
-            return std::pair(a.due, a.id) < std::pair(b.due, b.id);
-        });
+        const auto next =
+            std::min_element(m_entries->begin(), m_entries->end(), [](const auto &a, const auto &b) {
+                return std::pair(a.due, a.id) < std::pair(b.due, b.id);
+            });
         if (next == m_entries->end() || next->due > end)
             break;
         m_now = next->due;

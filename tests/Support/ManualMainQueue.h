@@ -24,7 +24,8 @@ public:
     [[nodiscard]] qsizetype timerCount() const { return qsizetype(m_entries->size()); }
 
 private:
-    struct Entry {
+    struct Entry
+    {
         std::chrono::milliseconds due;
         std::chrono::milliseconds interval;
         std::shared_ptr<Work> work;
@@ -32,7 +33,8 @@ private:
     };
     class ManualTimer;
 
-    std::unique_ptr<Timer> add(std::chrono::milliseconds delay, std::chrono::milliseconds interval, Work work);
+    std::unique_ptr<Timer> add(std::chrono::milliseconds delay, std::chrono::milliseconds interval,
+                               Work work);
 
     std::shared_ptr<std::list<Entry>> m_entries = std::make_shared<std::list<Entry>>();
     std::list<Work> m_posted;

@@ -11,7 +11,8 @@ constexpr int statusBadCallbacks = -50;
 
 int AudioTap::create(const Callbacks &callbacks, std::shared_ptr<AudioTap> &tap)
 {
-    if (!callbacks.init || !callbacks.prepare || !callbacks.process || !callbacks.unprepare || !callbacks.finalize)
+    if (!callbacks.init || !callbacks.prepare || !callbacks.process || !callbacks.unprepare ||
+        !callbacks.finalize)
         return statusBadCallbacks;
     tap = std::shared_ptr<AudioTap>(new AudioTap(callbacks));
     callbacks.init(*tap);
@@ -20,7 +21,8 @@ int AudioTap::create(const Callbacks &callbacks, std::shared_ptr<AudioTap> &tap)
 
 AudioTap::AudioTap(const Callbacks &callbacks)
     : m_callbacks(callbacks)
-{}
+{
+}
 
 AudioTap::~AudioTap()
 {

@@ -8,7 +8,8 @@
 namespace navorin {
 
 /// The format of decoded sound, as a tap is told of it before its first buffer.
-struct AudioStreamDescription {
+struct AudioStreamDescription
+{
     static constexpr quint32 flagIsFloat = 1U << 0;
     static constexpr quint32 flagIsNonInterleaved = 1U << 5;
 
@@ -19,7 +20,8 @@ struct AudioStreamDescription {
 };
 
 /// One run of samples: all channels of interleaved sound, or one channel of planar sound.
-struct AudioBuffer {
+struct AudioBuffer
+{
     quint32 numberChannels = 0;
     quint32 dataByteSize = 0;
     void *data = nullptr;
@@ -29,10 +31,10 @@ using AudioBufferList = std::span<AudioBuffer>;
 
 /// A hook that sees the decoded sound of one media item, in order and in place.
 ///
-/// The host (the element in the audio pipeline) drives a tap through init, prepare, process any number of times,
-/// unprepare and finalize; a later prepare is like the first. The host never runs prepare, process and unprepare of
-/// one tap at the same time. `process` runs on the audio thread; the others on whatever thread the host chooses.
-/// The address of the tap is its identity from init to finalize.
+/// The host (the element in the audio pipeline) drives a tap through init, prepare, process any number of
+/// times, unprepare and finalize; a later prepare is like the first. The host never runs prepare, process and
+/// unprepare of one tap at the same time. `process` runs on the audio thread; the others on whatever thread
+/// the host chooses. The address of the tap is its identity from init to finalize.
 class AudioTap
 {
 public:
@@ -41,18 +43,21 @@ public:
     static constexpr int statusOk = 0;
 
     /// What `process` gives back to the host.
-    struct ProcessResult {
+    struct ProcessResult
+    {
         qint64 frames = 0;
         quint32 flags = 0;
     };
     /// What pulling the source gives.
-    struct SourceResult {
+    struct SourceResult
+    {
         int status = statusOk;
         qint64 frames = 0;
         quint32 flags = 0;
     };
     /// Fills the buffer list with up to `frames` frames of the item's decoded sound.
-    struct SourceAudio {
+    struct SourceAudio
+    {
         virtual SourceResult pull(qint64 frames, AudioBufferList buffers) = 0;
 
     protected:
@@ -60,10 +65,12 @@ public:
     };
 
     /// The five callbacks. All must be set.
-    struct Callbacks {
+    struct Callbacks
+    {
         void (*init)(AudioTap &tap) = nullptr;
         void (*prepare)(AudioTap &tap, const AudioStreamDescription &format) = nullptr;
-        ProcessResult (*process)(AudioTap &tap, qint64 frames, quint32 flags, AudioBufferList buffers) = nullptr;
+        ProcessResult (*process)(AudioTap &tap, qint64 frames, quint32 flags,
+                                 AudioBufferList buffers) = nullptr;
         void (*unprepare)(AudioTap &tap) = nullptr;
         void (*finalize)(AudioTap &tap) = nullptr;
     };

@@ -15,12 +15,13 @@
 
 namespace navorin {
 
-struct AudioTrack {
+struct AudioTrack
+{
     qint32 trackId = 0;
 };
 
-/// One thing to be played, from the address to its decoded sound. It owns its pipeline: when the item goes, every
-/// late message of it goes too. UI thread only.
+/// One thing to be played, from the address to its decoded sound. It owns its pipeline: when the item goes,
+/// every late message of it goes too. UI thread only.
 class MediaItem : public QObject
 {
     Q_OBJECT
@@ -34,8 +35,8 @@ public:
     [[nodiscard]] virtual std::optional<QString> error() const = 0;
     /// Length in seconds; NaN while unknown and for an endless stream.
     [[nodiscard]] virtual double duration() const = 0;
-    /// The audio tracks, once they are known; empty for a medium without sound. Fails with std::runtime_error if
-    /// the item fails first. Loading starts by itself when the item becomes current.
+    /// The audio tracks, once they are known; empty for a medium without sound. Fails with std::runtime_error
+    /// if the item fails first. Loading starts by itself when the item becomes current.
     [[nodiscard]] virtual QFuture<QList<AudioTrack>> loadAudioTracks() = 0;
     /// Puts `tap` into the path of the decoded sound, from the next buffer on.
     virtual void setAudioTap(const AudioTrack &track, std::shared_ptr<AudioTap> tap) = 0;
@@ -54,7 +55,8 @@ public:
     [[nodiscard]] virtual std::shared_ptr<MediaItem> makeItem(const QUrl &url) = 0;
 
     [[nodiscard]] virtual std::shared_ptr<MediaItem> currentItem() const = 0;
-    /// Stops the old item at once. The new one starts at its beginning, and plays if play() was the last request.
+    /// Stops the old item at once. The new one starts at its beginning, and plays if play() was the last
+    /// request.
     virtual void replaceCurrentItem(std::shared_ptr<MediaItem> item) = 0;
 
     virtual void play() = 0;
@@ -64,12 +66,14 @@ public:
     /// Absolute position in seconds. On an item that cannot seek nothing happens.
     virtual void seek(double seconds) = 0;
 
-    /// Paused: nothing was asked to play, or the item came to its end. WaitingToPlay: play was asked for and no
-    /// sound comes (connecting, an underrun, or a failed item, which stays so until it is replaced). Playing: sound.
+    /// Paused: nothing was asked to play, or the item came to its end. WaitingToPlay: play was asked for and
+    /// no sound comes (connecting, an underrun, or a failed item, which stays so until it is replaced).
+    /// Playing: sound.
     [[nodiscard]] virtual TimeControlStatus timeControlStatus() const = 0;
 
-    /// Calls `observer` with the current position in seconds (NaN while unknown) every `interval` while an item is
-    /// current and the status is not Paused, and once soon after every change of status. There is one observer.
+    /// Calls `observer` with the current position in seconds (NaN while unknown) every `interval` while an
+    /// item is current and the status is not Paused, and once soon after every change of status. There is one
+    /// observer.
     virtual void setPeriodicTimeObserver(std::chrono::milliseconds interval,
                                          std::function<void(double seconds)> observer) = 0;
 

@@ -13,7 +13,8 @@
 
 namespace navorin {
 
-struct HttpRequest {
+struct HttpRequest
+{
     QUrl url;
     QByteArray method = "GET";
     QList<std::pair<QByteArray, QByteArray>> headers;
@@ -22,7 +23,8 @@ struct HttpRequest {
     std::optional<std::chrono::milliseconds> timeout;
 };
 
-struct HttpResponse {
+struct HttpResponse
+{
     /// The status code; absent if what answered does not speak HTTP.
     std::optional<int> status;
     QList<std::pair<QByteArray, QByteArray>> headers;
@@ -48,9 +50,9 @@ private:
     QByteArray m_what;
 };
 
-/// Sends requests and reads whole answers. Usable from any thread; the returned future may be awaited on the UI
-/// thread or waited for on any other. It fails with TransportError; a bad HTTP status is an answer, not a failure.
-/// Cancelling the future ends the request.
+/// Sends requests and reads whole answers. Usable from any thread; the returned future may be awaited on the
+/// UI thread or waited for on any other. It fails with TransportError; a bad HTTP status is an answer, not a
+/// failure. Cancelling the future ends the request.
 class HttpSession
 {
 public:
@@ -59,7 +61,8 @@ public:
     [[nodiscard]] virtual QFuture<HttpResponse> send(HttpRequest request) = 0;
 };
 
-struct HttpSessionConfiguration {
+struct HttpSessionConfiguration
+{
     /// Longest time without data, for requests that do not bring their own.
     std::chrono::milliseconds timeoutForRequest{std::chrono::seconds(30)};
     /// Longest time for the whole of a request and its answer.

@@ -7,8 +7,8 @@
 
 namespace navorin {
 
-/// The user's folders and the few file operations the system needs. Usable from any thread; every failure is a
-/// return value, and what to make of it is the caller's business.
+/// The user's folders and the few file operations the system needs. Usable from any thread; every failure is
+/// a return value, and what to make of it is the caller's business.
 class FileStore
 {
 public:

@@ -7,9 +7,9 @@
 
 namespace navorin {
 
-/// The user's settings: typed values by dotted key. What is written reads back with its type after a restart: a
-/// Bool as a Bool, a list of one or of none as a list. Writes have no failure path; they reach the disk soon after,
-/// and at the latest when the object is destroyed. UI thread only.
+/// The user's settings: typed values by dotted key. What is written reads back with its type after a restart:
+/// a Bool as a Bool, a list of one or of none as a list. Writes have no failure path; they reach the disk
+/// soon after, and at the latest when the object is destroyed. UI thread only.
 class UserDefaults
 {
 public:

@@ -8,8 +8,8 @@
 
 namespace navorin {
 
-/// The UI thread as a queue of work. Everything that waits, repeats or hops to the UI thread goes through here, so
-/// that a test can put a manual clock in its place and never sleep.
+/// The UI thread as a queue of work. Everything that waits, repeats or hops to the UI thread goes through
+/// here, so that a test can put a manual clock in its place and never sleep.
 ///
 /// `post` may be called from any thread; the other members from the UI thread only.
 class MainQueue

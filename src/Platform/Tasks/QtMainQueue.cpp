@@ -33,7 +33,8 @@ private:
 
 void QtMainQueue::post(Work work)
 {
-    // Qt's event queue orders the two threads, but a race checker cannot see into it: the flag says the same aloud.
+    // Qt's event queue orders the two threads, but a race checker cannot see into it: the flag says the same
+    // aloud.
     auto handedOver = std::make_shared<std::atomic_bool>(false);
     auto parcel = std::make_shared<Work>(std::move(work));
     handedOver->store(true, std::memory_order_release);

@@ -6,8 +6,8 @@
 
 namespace navorin {
 
-/// The real queue, over the event loop of the thread that makes it. Work that is still queued when the queue is
-/// destroyed is dropped.
+/// The real queue, over the event loop of the thread that makes it. Work that is still queued when the queue
+/// is destroyed is dropped.
 class QtMainQueue final : public MainQueue
 {
 public:
