@@ -1,0 +1,101 @@
+#pragma once
+
+#include "Models/Station.h"
+#include "Platform/Storage/FileStore.h"
+#include "Platform/Tasks/MainQueue.h"
+#include "Services/Offline/OfflineTrackEntry.h"
+#include "Services/SharedInstance.h"
+
+#include <QHash>
+#include <QMutex>
+#include <QObject>
+#include <QThreadPool>
+#include <QUrl>
+
+#include <optional>
+
+namespace navorin {
+
+class NavorinRadioApp;
+struct TestAccess;
+
+/// The tracks kept on this machine for playing without a network: their files, flat in one folder, and an
+/// index beside it. They belong to the machine, not to an account. There is no limit on their number and no
+/// expiry.
+///
+/// Every failure here is silent: a lost or broken index means an empty library, a file that vanished means
+/// that its entry is gone at the next start. A name in the index that would lead out of the folder counts as
+/// a file that is not there.
+///
+/// The lookups may be called from any thread; all else belongs to the UI thread.
+class OfflineStore final : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(QList<navorin::OfflineTrackEntry> entries READ entries NOTIFY entriesChanged)
+
+public:
+    [[nodiscard]] static OfflineStore &shared();
+    /// Waits for the saves that are under way.
+    ~OfflineStore() override;
+
+    /// The library, newest first: a copy for the screens, which may lag behind the index for a moment.
+    [[nodiscard]] const QList<OfflineTrackEntry> &entries() const { return m_entries; }
+
+    /// False for no track (null). Asks the index only, not the disk.
+    [[nodiscard]] bool isDownloaded(const PlaylistTrack *track) const;
+    /// The index's entry of a track, for removing it.
+    [[nodiscard]] std::optional<OfflineTrackEntry> entry(const PlaylistTrack &track) const;
+    /// The file to play instead of the stream; absent also when the file has vanished.
+    [[nodiscard]] std::optional<QUrl> audioURL(const PlaylistTrack &track) const;
+    /// The address of the saved artwork; absent also when the file has vanished.
+    [[nodiscard]] std::optional<QString> artworkPathString(const PlaylistTrack &track) const;
+    /// The address of a file in the folder, there or not; empty for a name that is none.
+    [[nodiscard]] QString artworkURLString(const QString &fileName) const;
+    /// As the entries state it; no file is measured.
+    [[nodiscard]] qint64 totalSizeBytes() const;
+
+    /// What Station asks for artwork: the saved one of a downloaded track. For setOfflineArtworkLookup().
+    [[nodiscard]] std::optional<QString> offlineArtwork(const PlaylistTrack &track) const;
+
+    /// The whole library as one thing to play, in the order of downloading, the reverse of `entries`; absent
+    /// if there is nothing.
+    [[nodiscard]] std::optional<Station> offlineStation() const;
+
+    void remove(const OfflineTrackEntry &entry);
+    void removeAll();
+
+Q_SIGNALS:
+    void entriesChanged();
+
+private:
+    friend class NavorinRadioApp;
+    friend struct TestAccess;
+
+    /// Reads the index at once, so that the first screen knows what is downloaded.
+    OfflineStore(FileStore &files, MainQueue &mainQueue);
+    static SharedInstance<OfflineStore> &instance();
+
+    void loadIndex();
+    void persistIndex();
+    void publishEntries();
+    void publishEntriesLater();
+    void removeFiles(const OfflineTrackEntry &entry);
+    /// The entry with its file under a name that tells its format; absent if nothing had to or could change.
+    [[nodiscard]] std::optional<OfflineTrackEntry> repaired(const OfflineTrackEntry &entry) const;
+    [[nodiscard]] QList<OfflineTrackEntry> indexedEntries() const;
+    /// Absent for a name that is no plain file name.
+    [[nodiscard]] std::optional<QString> pathOf(const QString &fileName) const;
+    [[nodiscard]] bool fileExists(const QString &fileName) const;
+
+    FileStore &m_files;
+    MainQueue &m_mainQueue;
+    const QString m_folder;
+    const QString m_indexPath;
+    QList<OfflineTrackEntry> m_entries;
+
+    mutable QMutex m_lock;                          ///< guards m_indexByKey
+    QHash<QString, OfflineTrackEntry> m_indexByKey; ///< the truth; m_entries is its sorted copy
+    QThreadPool m_savePool;
+};
+
+} // namespace navorin
