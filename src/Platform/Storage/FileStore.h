@@ -25,6 +25,7 @@ public:
     [[nodiscard]] virtual std::optional<QByteArray> read(const QString &path) const = 0;
     /// A reader sees the old file or the new one, whole, also when the machine stops in the middle.
     virtual bool writeAtomically(const QString &path, const QByteArray &data) = 0;
+    /// Fails rather than replace a file that stands at `to`.
     virtual bool move(const QString &from, const QString &to) = 0;
     virtual bool remove(const QString &path) = 0;
 };

@@ -17,6 +17,7 @@ public:
 
     /// The value of `key` as bool, double, QString or QVariantList; invalid if there is none.
     [[nodiscard]] virtual QVariant object(const QString &key) const = 0;
+    /// An invalid value removes the key.
     virtual void setObject(const QString &key, const QVariant &value) = 0;
 
     /// The value if it is a text, else absent.
