@@ -61,12 +61,23 @@ public:
     [[nodiscard]] virtual QFuture<HttpResponse> send(HttpRequest request) = 0;
 };
 
+/// Answers kept on disk for as long as their own headers allow.
+struct HttpDiskCache
+{
+    QString folder;
+    qint64 maximumSize = 0; ///< bytes
+};
+
 struct HttpSessionConfiguration
 {
     /// Longest time without data, for requests that do not bring their own.
     std::chrono::milliseconds timeoutForRequest{std::chrono::seconds(30)};
     /// Longest time for the whole of a request and its answer.
     std::chrono::milliseconds timeoutForResource{std::chrono::seconds(120)};
+    /// A larger body is refused with TransportError::Kind::Other; no limit if absent.
+    std::optional<qint64> largestBody;
+    /// Without one every request goes to the network and nothing is kept.
+    std::optional<HttpDiskCache> diskCache;
 };
 
 } // namespace navorin

@@ -3,9 +3,8 @@
 #include "Models/Station.h"
 #include "Services/SharedInstance.h"
 
-#include <QObject>
-
 #include <QCoro/QCoroTask>
+#include <QObject>
 
 #include <optional>
 
@@ -13,8 +12,8 @@ namespace navorin {
 
 class APIClient;
 
-/// The catalogue of stations for the screens, in memory only. It fetches the list, keeps the track lists that were
-/// fetched before, and filters by category. UI thread only.
+/// The catalogue of stations for the screens, in memory only. It fetches the list, keeps the track lists that
+/// were fetched before, and filters by category. UI thread only.
 class StationStore : public QObject
 {
     Q_OBJECT
@@ -44,8 +43,8 @@ public:
     /// The stations of the selected category, computed on every read.
     [[nodiscard]] QList<Station> filteredStations() const;
 
-    /// Fetches the catalogue and publishes it. Dropped while another load runs. `force` only decides whether a
-    /// failure is shown while stations are already on the screen.
+    /// Fetches the catalogue and publishes it. Dropped while another load runs. `force` only decides whether
+    /// a failure is shown while stations are already on the screen.
     QCoro::Task<void> load(bool force);
 
 Q_SIGNALS:
@@ -61,6 +60,7 @@ private:
     explicit StationStore(APIClient &client);
     static SharedInstance<StationStore> &instance();
 
+    void publish(QList<Station> stations);
     void setLoading(bool loading);
     void setErrorMessage(std::optional<QString> message);
 

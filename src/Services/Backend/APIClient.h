@@ -1,0 +1,88 @@
+#pragma once
+
+#include "Models/Station.h"
+#include "Platform/Http/HttpSession.h"
+#include "Services/Backend/APIError.h"
+#include "Services/Backend/RequestRules.h"
+#include "Services/SharedInstance.h"
+
+#include <QFuture>
+#include <QJsonObject>
+#include <QString>
+#include <QThreadPool>
+#include <QUrl>
+
+#include <optional>
+
+namespace navorin {
+
+/// The one gateway to the backend, JSON over HTTPS at a single address. It has no mutable state: any thread
+/// may call it at any time, and no call waits for another.
+///
+/// Answers are read on a worker thread. A future fails with APIError, ServerError, TransportError or
+/// DecodingError, as they come; nothing is retried or logged here. errorDescription() gives the text to show.
+class APIClient
+{
+public:
+    static APIClient &shared();
+
+    [[nodiscard]] const QUrl &baseUrl() const { return m_baseUrl; }
+
+    /// Makes any address out of a record usable: an "http…" or "file://" one as it stands, any other resolved
+    /// against the backend. Absent for an absent or empty text, and for one that is no address.
+    [[nodiscard]] std::optional<QUrl> absolute(const std::optional<QString> &text) const;
+
+    /// The catalogue, possibly empty.
+    [[nodiscard]] QFuture<QList<Station>> fetchStations() const;
+    /// The station of that genre with its tracks, under the same genre whatever the server calls it.
+    [[nodiscard]] QFuture<Station> hydrateSongsara(const QString &genre) const;
+
+    /// One operation for each verb: the answer is read as a `T`. `path` has no leading slash. A token is sent
+    /// whenever it is there, also an empty one.
+    template <typename T>
+    [[nodiscard]] QFuture<T> get(const QString &path, const QueryItems &query = {},
+                                 const std::optional<QString> &token = {}) const
+    {
+        return decoded<T>(HttpVerb::Get, getRequest(m_baseUrl, path, query, token));
+    }
+    template <typename T>
+    [[nodiscard]] QFuture<T> post(const QString &path, const QJsonObject &body,
+                                  const std::optional<QString> &token = {}) const
+    {
+        return decoded<T>(HttpVerb::Post, bodyRequest(m_baseUrl, HttpVerb::Post, path, body, token));
+    }
+    template <typename T>
+    [[nodiscard]] QFuture<T> put(const QString &path, const QJsonObject &body,
+                                 const std::optional<QString> &token = {}) const
+    {
+        return decoded<T>(HttpVerb::Put, bodyRequest(m_baseUrl, HttpVerb::Put, path, body, token));
+    }
+    /// DELETE, which C++ keeps to itself.
+    template <typename T>
+    [[nodiscard]] QFuture<T> remove(const QString &path, const std::optional<QString> &token = {}) const
+    {
+        return decoded<T>(HttpVerb::Delete, deleteRequest(m_baseUrl, path, token));
+    }
+
+private:
+    friend class NavorinRadioApp;
+    friend struct TestAccess;
+
+    /// `baseUrl` must be https, or http to this machine; anything else ends the process.
+    APIClient(const QUrl &baseUrl, HttpSession &session);
+    static SharedInstance<APIClient> &instance();
+
+    template <typename T>
+    QFuture<T> decoded(HttpVerb verb, HttpRequest request) const
+    {
+        return m_session.send(std::move(request))
+            .then(QThreadPool::globalInstance(), [verb](QFuture<HttpResponse> answer) {
+                return json::decode<T>(judged(verb, received(answer)));
+            });
+    }
+
+    QUrl m_baseUrl;
+    HttpSession &m_session;
+};
+
+} // namespace navorin

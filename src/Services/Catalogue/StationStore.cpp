@@ -1,0 +1,138 @@
+#include "Services/Catalogue/StationStore.h"
+
+#include "Services/Backend/APIClient.h"
+#include "Services/Catalogue/TrackCarryOver.h"
+
+#include <QCoro/QCoroFuture>
+#include <QThreadPool>
+
+#include <utility>
+
+namespace navorin {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// Freeing a large catalogue takes longer than a frame.
+void disposeOfElsewhere(QList<Station> stations)
+{
+    if (!stations.isEmpty())
+        QThreadPool::globalInstance()->start([old = std::move(stations)] {});
+}
+
+} // namespace
+
+StationStore::StationStore(APIClient &client)
+    : m_client(client)
+{
+}
+
+SharedInstance<StationStore> &StationStore::instance()
+{
+    static SharedInstance<StationStore> instance;
+    return instance;
+}
+
+StationStore &StationStore::shared()
+{
+    return instance().get();
+}
+
+QList<StationStore::Category> StationStore::categories()
+{
+    return {Category::All, Category::Iranian, Category::International, Category::Instrumental};
+}
+
+QString StationStore::label(Category category)
+{
+    switch (category) {
+    case Category::All:
+        return u"همه"_s;
+    case Category::Iranian:
+        return u"ایرانی"_s;
+    case Category::International:
+        return u"بینالمللی"_s;
+    case Category::Instrumental:
+        return u"بیکلام"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+std::optional<QString> StationStore::key(Category category)
+{
+    switch (category) {
+    case Category::All:
+        return {};
+    case Category::Iranian:
+        return u"iranian"_s;
+    case Category::International:
+        return u"international"_s;
+    case Category::Instrumental:
+        return u"instrumental"_s;
+    }
+    Q_UNREACHABLE();
+}
+
+void StationStore::setSelectedCategory(Category category)
+{
+    if (std::exchange(m_selectedCategory, category) != category)
+        Q_EMIT selectedCategoryChanged();
+}
+
+QList<Station> StationStore::filteredStations() const
+{
+    const auto wanted = key(m_selectedCategory);
+    if (!wanted)
+        return m_stations;
+    QList<Station> filtered;
+    for (const auto &station : m_stations) {
+        if (station.category == wanted)
+            filtered.append(station);
+    }
+    return filtered;
+}
+
+QCoro::Task<void> StationStore::load(bool force)
+{
+    if (m_isLoading)
+        co_return;
+    setLoading(true);
+    setErrorMessage({});
+    try {
+        auto fresh = m_client.fetchStations().then(QThreadPool::globalInstance(),
+                                                   [old = m_stations](QFuture<QList<Station>> answer) {
+                                                       answer.waitForFinished();
+                                                       return withCarriedTracks(answer.takeResult(), old);
+                                                   });
+        co_await QFuture<void>(fresh);
+        publish(fresh.takeResult());
+    } catch (...) {
+        if (m_stations.isEmpty() || force)
+            setErrorMessage(errorDescription(std::current_exception()));
+    }
+    setLoading(false);
+}
+
+void StationStore::publish(QList<Station> stations)
+{
+    m_stations.swap(stations);
+    Q_EMIT stationsChanged();
+    disposeOfElsewhere(std::move(stations));
+}
+
+void StationStore::setLoading(bool loading)
+{
+    if (std::exchange(m_isLoading, loading) != loading)
+        Q_EMIT isLoadingChanged();
+}
+
+void StationStore::setErrorMessage(std::optional<QString> message)
+{
+    if (message == m_errorMessage)
+        return;
+    m_errorMessage = std::move(message);
+    Q_EMIT errorMessageChanged();
+}
+
+} // namespace navorin
