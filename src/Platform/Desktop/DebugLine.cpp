@@ -6,9 +6,10 @@
 
 namespace navorin {
 
-void printDebugLine(QStringView line)
+void printDebugLine(const QString &line)
 {
-    const QByteArray text = line.toUtf8() + '\n';
+    auto text = line.toUtf8();
+    text.append('\n');
     std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout);
     std::fflush(stdout);
 }

@@ -1,0 +1,41 @@
+# The one list of Debian packages that Navorin needs; run.sh and test.sh both read it.
+
+build_packages=(
+    g++ cmake ninja-build ccache pkg-config
+    qt6-base-dev qt6-declarative-dev qt6-svg-dev qt6-shadertools-dev qt6-l10n-tools qt6-tools-dev-tools
+    libgl1-mesa-dev libxkbcommon-dev libvulkan-dev
+    qcoro-qt6-dev libsimdjson-dev
+    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+    libcpp-httplib-dev nlohmann-json3-dev
+)
+
+run_packages=(
+    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
+    qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
+    qml6-module-qtquick-window
+    qt6-qpa-plugins libgl1-mesa-dri
+    gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
+    gstreamer1.0-libav gstreamer1.0-pulseaudio
+)
+
+test_packages=(
+    libbenchmark-dev clang-format clang-tidy qt6-declarative-dev-tools
+    python3 xvfb x11-utils x11-xkb-utils xdotool imagemagick dbus pulseaudio pulseaudio-utils procps
+)
+
+# install_missing PACKAGE... : asks apt only for what is not there yet.
+install_missing() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || { echo "These packages are missing, and there is no sudo: ${missing[*]}" >&2; return 1; }
+        as_root=(sudo)
+    fi
+    echo "Installing ${#missing[@]} missing packages: ${missing[*]}"
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "LaunchOptions.h"
+
+#include <QCoro/QCoroTask>
+
+namespace navorin {
+
+class MainQueue;
+class RadioPlayer;
+class StationStore;
+
+/// Plays the station "persian" once the catalogue is there, waiting for it up to 20 seconds. Nothing happens
+/// if a station is current already, or if there is no such station.
+[[nodiscard]] QCoro::Task<void> playPersianStation(MainQueue &queue, StationStore &store,
+                                                   RadioPlayer &player);
+
+/// Plays a station of one track that the demo backend has. Nothing happens if a station is current already.
+[[nodiscard]] QCoro::Task<void> playTestStation(RadioPlayer &player, bool opensFullPlayer);
+
+/// Carries out the developer flags, as the radio screen appears.
+void applyDeveloperFlags(const LaunchOptions &options, MainQueue &queue, StationStore &store,
+                         RadioPlayer &player);
+
+} // namespace navorin

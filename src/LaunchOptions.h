@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QStringList>
+#include <QUrl>
+
+#include <optional>
+
+namespace navorin {
+
+/// What the command line asks for. The flags with "debug" in their names drive a screen without a person at
+/// the keyboard; none has any effect on a normal launch.
+struct LaunchOptions
+{
+    bool demo = false;        ///< --demo: start the demo backend and use it
+    bool debugPlayer = false; ///< --debug-player: play a test station
+    bool noCover = false;     ///< --no-cover: with --debug-player, leave the full player closed
+    bool debugSync = false;   ///< --debug-sync: play the station "persian" once the catalogue is there
+    bool help = false;
+    bool version = false;
+    QString unknown; ///< the first argument that means nothing, if any
+    QUrl address;    ///< a deep link, if one was given
+
+    /// `arguments` without the program's name.
+    [[nodiscard]] static LaunchOptions parse(const QStringList &arguments);
+    [[nodiscard]] static QString helpText();
+};
+
+/// The backend's root: `fromEnvironment` if it is set, else `builtIn`. Absent unless it is https, or http to
+/// a loopback address, without a path.
+[[nodiscard]] std::optional<QUrl> backendAddress(const QString &fromEnvironment, const QString &builtIn);
+
+/// Whether a deep link asks for song recognition: the scheme "navorin" with the host "shazam".
+[[nodiscard]] bool asksForRecognition(const QUrl &address);
+
+} // namespace navorin

@@ -1,0 +1,184 @@
+#include "NavorinRadioApp.h"
+
+#include "DemoBackendProcess.h"
+#include "DeveloperFlags.h"
+#include "Platform/Audio/GstMediaPlayer.h"
+#include "Platform/Desktop/DebugLine.h"
+#include "Platform/Http/QtHttpSession.h"
+#include "Platform/Storage/QtFileStore.h"
+#include "Platform/Storage/SettingsUserDefaults.h"
+#include "Platform/Tasks/Detached.h"
+#include "Platform/Tasks/QtMainQueue.h"
+#include "Services/Backend/APIClient.h"
+#include "Services/Catalogue/StationStore.h"
+#include "Services/Equaliser/Equalizer.h"
+#include "Services/Offline/OfflineStore.h"
+#include "Services/Playback/RadioPlayer.h"
+
+#include <QDebug>
+#include <QGuiApplication>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+namespace navorin {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int exitUsage = 64; // as in sysexits.h
+constexpr int exitSoftware = 70;
+constexpr int exitConfiguration = 78;
+const QString versionText = QStringLiteral(NAVORIN_VERSION);
+
+QStringList argumentsOf(int argc, char *argv[])
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    return arguments;
+}
+
+/// For measuring the start from outside: one line when the first frame is on the screen, one when stations
+/// are.
+void traceStart(QQuickWindow &window, StationStore &store)
+{
+    if (!qEnvironmentVariableIsSet("NAVORIN_TRACE_START"))
+        return;
+    QObject::connect(
+        &window, &QQuickWindow::frameSwapped, &window, [] { printDebugLine(u"[App] first frame"); },
+        Qt::SingleShotConnection);
+    QObject::connect(&store, &StationStore::stationsChanged, &window, [&window, &store] {
+        QObject::connect(
+            &window, &QQuickWindow::frameSwapped, &window,
+            [&store] { printDebugLine(u"[App] grid filled "_s + QString::number(store.stations().size())); },
+            Qt::SingleShotConnection);
+    });
+}
+
+} // namespace
+
+/// Everything that the desktop gives, alive for as long as any service is.
+struct NavorinRadioApp::Platform
+{
+    QtMainQueue queue;
+    QtFileStore files;
+    SettingsUserDefaults defaults;
+    QtHttpSession http;
+    GstMediaPlayer player{queue};
+};
+
+NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &options)
+    : m_options(options)
+    , m_platform(std::make_unique<Platform>())
+{
+    installServices(baseUrl);
+}
+
+NavorinRadioApp::~NavorinRadioApp()
+{
+    m_engine.reset();
+    RadioPlayer::instance().reset();
+    StationStore::instance().reset();
+    setOfflineArtworkLookup({});
+    OfflineStore::instance().reset();
+    Equalizer::instance().reset();
+    APIClient::instance().reset();
+}
+
+void NavorinRadioApp::installServices(const QUrl &baseUrl)
+{
+    auto &platform = *m_platform;
+    APIClient::instance().setMaker(
+        [&platform, baseUrl] { return std::unique_ptr<APIClient>(new APIClient(baseUrl, platform.http)); });
+    OfflineStore::instance().setMaker([&platform] {
+        return std::unique_ptr<OfflineStore>(new OfflineStore(platform.files, platform.queue));
+    });
+    StationStore::instance().setMaker(
+        [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
+    RadioPlayer::instance().setMaker([&platform] {
+        return std::unique_ptr<RadioPlayer>(
+            new RadioPlayer(platform.player, platform.queue, APIClient::shared(), OfflineStore::shared()));
+    });
+    // Made when its sheet first opens, and not before: saved settings are heard from then on.
+    Equalizer::instance().setMaker(
+        [&platform] { return std::unique_ptr<Equalizer>(new Equalizer(platform.defaults)); });
+    setOfflineArtworkLookup(
+        [](const PlaylistTrack &track) { return OfflineStore::shared().offlineArtwork(track); });
+}
+
+bool NavorinRadioApp::showWindow()
+{
+    auto &store = StationStore::shared();
+    auto &player = RadioPlayer::shared();
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
+    if (m_engine->rootObjects().isEmpty())
+        return false;
+    if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst()))
+        traceStart(*window, store);
+
+    m_platform->queue.post([&store] { detach(store.load(false), "loading the catalogue at start"); });
+    m_platform->queue.post([this, &store, &player] {
+        applyDeveloperFlags(m_options, m_platform->queue, store, player);
+        open(m_options.address);
+    });
+    QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, m_engine.get(),
+                     [this](Qt::ApplicationState state) {
+                         if (state == Qt::ApplicationActive)
+                             sceneBecameActive();
+                     });
+    return true;
+}
+
+void NavorinRadioApp::sceneBecameActive()
+{
+    auto &store = StationStore::shared();
+    if (store.stations().isEmpty())
+        detach(store.load(false), "loading the catalogue on activation");
+}
+
+void NavorinRadioApp::open(const QUrl &address)
+{
+    if (!asksForRecognition(address))
+        return;
+    for (auto *root : m_engine->rootObjects()) {
+        if (auto *window = qobject_cast<QQuickWindow *>(root))
+            window->requestActivate();
+    }
+}
+
+int NavorinRadioApp::run(int argc, char *argv[])
+{
+    const auto informed = LaunchOptions::parse(argumentsOf(argc, argv));
+    if (informed.help || informed.version) {
+        printDebugLine(informed.help ? LaunchOptions::helpText() : u"navorin "_s + versionText);
+        return 0;
+    }
+
+    QCoreApplication::setApplicationName(u"navorin"_s);
+    QGuiApplication::setApplicationDisplayName(u"ناورین"_s);
+    QCoreApplication::setApplicationVersion(versionText);
+    QGuiApplication::setDesktopFileName(u"ir.navorin.NavorinRadio"_s);
+    QQuickStyle::setStyle(u"Basic"_s);
+    QGuiApplication application(argc, argv);
+    const auto options = LaunchOptions::parse(QCoreApplication::arguments().sliced(1));
+    if (!options.unknown.isEmpty()) {
+        qCritical().noquote() << "navorin: unknown argument" << options.unknown << "- see navorin --help";
+        return exitUsage;
+    }
+
+    DemoBackendProcess demo;
+    const auto baseUrl = options.demo ? demo.start()
+                                      : backendAddress(qEnvironmentVariable("NAVORIN_BASE_URL"),
+                                                       QStringLiteral(NAVORIN_BASE_URL));
+    if (!baseUrl) {
+        qCritical() << "navorin: no usable backend address (https, or http to this machine, without a path)";
+        return exitConfiguration;
+    }
+
+    NavorinRadioApp app(*baseUrl, options);
+    return app.showWindow() ? QGuiApplication::exec() : exitSoftware;
+}
+
+} // namespace navorin
