@@ -13,7 +13,8 @@ namespace navorin {
 class FakeHttpSession final : public HttpSession
 {
 public:
-    struct Exchange {
+    struct Exchange
+    {
         HttpRequest request;
         std::shared_ptr<QPromise<HttpResponse>> promise;
 
@@ -24,7 +25,8 @@ public:
         }
         void fail(TransportError::Kind kind = TransportError::Kind::CannotConnect)
         {
-            promise->setException(std::make_exception_ptr(TransportError(kind, QStringLiteral("made by a test"))));
+            promise->setException(
+                std::make_exception_ptr(TransportError(kind, QStringLiteral("made by a test"))));
             promise->finish();
         }
     };

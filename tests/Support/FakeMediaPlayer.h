@@ -25,7 +25,10 @@ public:
     [[nodiscard]] std::optional<QString> error() const override { return failure; }
     [[nodiscard]] double duration() const override { return length; }
     [[nodiscard]] QFuture<QList<AudioTrack>> loadAudioTracks() override { return m_tracks.future(); }
-    void setAudioTap(const AudioTrack &, std::shared_ptr<AudioTap> newTap) override { tap = std::move(newTap); }
+    void setAudioTap(const AudioTrack &, std::shared_ptr<AudioTap> newTap) override
+    {
+        tap = std::move(newTap);
+    }
 
     void finishTracks(const QList<AudioTrack> &tracks)
     {
