@@ -47,15 +47,13 @@ public:
     [[nodiscard]] std::optional<OfflineTrackEntry> entry(const PlaylistTrack &track) const;
     /// The file to play instead of the stream; absent also when the file has vanished.
     [[nodiscard]] std::optional<QUrl> audioURL(const PlaylistTrack &track) const;
-    /// The address of the saved artwork; absent also when the file has vanished.
+    /// The address of the saved artwork; absent also when the file has vanished. This is what records ask for
+    /// through setOfflineArtworkLookup().
     [[nodiscard]] std::optional<QString> artworkPathString(const PlaylistTrack &track) const;
     /// The address of a file in the folder, there or not; empty for a name that is none.
     [[nodiscard]] QString artworkURLString(const QString &fileName) const;
     /// As the entries state it; no file is measured.
     [[nodiscard]] qint64 totalSizeBytes() const;
-
-    /// What Station asks for artwork: the saved one of a downloaded track. For setOfflineArtworkLookup().
-    [[nodiscard]] std::optional<QString> offlineArtwork(const PlaylistTrack &track) const;
 
     /// The whole library as one thing to play, in the order of downloading, the reverse of `entries`; absent
     /// if there is nothing.
