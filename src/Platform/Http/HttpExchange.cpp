@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace navorin {
 
@@ -25,6 +26,7 @@ public:
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
     [[nodiscard]] bool isSequential() const override { return true; }
+    bool reset() override { return false; }
     [[nodiscard]] qint64 bytesAvailable() const override { return m_bytes.size() - m_position; }
 
 protected:
@@ -85,9 +87,12 @@ QNetworkReply *sendOver(QNetworkAccessManager &network, const HttpRequest &reque
 
 } // namespace
 
-void HttpExchange::AbandonReply::operator()(QNetworkReply *reply) const
+void HttpExchange::abandonReply()
 {
-    reply->disconnect();
+    if (!m_reply)
+        return;
+    auto *reply = std::exchange(m_reply, nullptr);
+    reply->disconnect(this);
     reply->abort();
     reply->deleteLater();
 }
@@ -119,9 +124,10 @@ void HttpExchange::start()
         m_resourceTimer.start(m_configuration.timeoutForResource);
         m_watcher.setFuture(QFuture<void>(m_promise.future()));
     }
-    m_reply.reset(sendOver(m_network, m_request, qtRequest(m_request, m_configuration)));
-    connect(m_reply.get(), &QNetworkReply::downloadProgress, this, &HttpExchange::handleProgress);
-    connect(m_reply.get(), &QNetworkReply::finished, this, &HttpExchange::handleFinished);
+    abandonReply();
+    m_reply = sendOver(m_network, m_request, qtRequest(m_request, m_configuration));
+    connect(m_reply, &QNetworkReply::downloadProgress, this, &HttpExchange::handleProgress);
+    connect(m_reply, &QNetworkReply::finished, this, &HttpExchange::handleFinished);
 }
 
 void HttpExchange::handleProgress()
@@ -133,8 +139,10 @@ void HttpExchange::handleProgress()
 
 void HttpExchange::handleFinished()
 {
-    const auto kind = transportFailure(m_reply->error());
     const auto status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    // At a 307 or 308 Qt wants to rewind the body although the redirect is ours to follow.
+    const auto onlyMissesRewind = m_reply->error() == QNetworkReply::ContentReSendError && status.isValid();
+    const auto kind = onlyMissesRewind ? std::nullopt : transportFailure(m_reply->error());
     if (kind)
         fail(*kind, m_reply->errorString());
     else if (!status.isValid())
@@ -148,8 +156,12 @@ void HttpExchange::handleAnswer(int status)
     auto next = redirection(m_request, status, m_reply->rawHeader("Location"_ba));
     if (next.verdict == Redirection::Verdict::Insecure)
         return fail(TransportError::Kind::Insecure, u"redirected from https to http"_s);
-    if (next.verdict == Redirection::Verdict::None)
-        return settle({status, m_reply->rawHeaderPairs(), m_reply->readAll()});
+    if (next.verdict == Redirection::Verdict::None) {
+        HttpResponse response{status, m_reply->rawHeaderPairs(), m_reply->readAll()};
+        if (isCutShort(m_reply->rawHeader("Content-Length"_ba), m_request, response))
+            return fail(TransportError::Kind::ConnectionLost, u"the body was cut short"_s);
+        return settle(std::move(response));
+    }
     if (m_redirectsLeft-- == 0)
         return fail(TransportError::Kind::Other, u"too many redirects"_s);
     m_request = std::move(next.request);
@@ -159,6 +171,7 @@ void HttpExchange::handleAnswer(int status)
 void HttpExchange::settle(HttpResponse response)
 {
     m_isSettled = true;
+    abandonReply();
     m_promise.addResult(std::move(response));
     m_promise.finish();
     deleteLater();
@@ -169,7 +182,7 @@ void HttpExchange::fail(TransportError::Kind kind, const QString &detail)
     if (m_isSettled)
         return;
     m_isSettled = true;
-    m_reply.reset();
+    abandonReply();
     m_promise.setException(std::make_exception_ptr(TransportError(kind, detail)));
     m_promise.finish();
     deleteLater();

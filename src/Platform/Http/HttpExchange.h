@@ -8,8 +8,6 @@
 #include <QPromise>
 #include <QTimer>
 
-#include <memory>
-
 class QNetworkAccessManager;
 
 namespace navorin {
@@ -28,14 +26,10 @@ public:
     void start();
 
 private:
-    struct AbandonReply
-    {
-        void operator()(QNetworkReply *reply) const;
-    };
-
     void handleProgress();
     void handleFinished();
     void handleAnswer(int status);
+    void abandonReply();
     void settle(HttpResponse response);
     void fail(TransportError::Kind kind, const QString &detail);
 
@@ -45,7 +39,7 @@ private:
     const HttpSessionConfiguration &m_configuration;
     QFutureWatcher<void> m_watcher;
     QTimer m_resourceTimer;
-    std::unique_ptr<QNetworkReply, AbandonReply> m_reply;
+    QNetworkReply *m_reply = nullptr; ///< ours
     int m_redirectsLeft = 20;
     bool m_isSettled = false;
 };

@@ -59,9 +59,18 @@ std::optional<TransportError::Kind> transportFailure(QNetworkReply::NetworkError
     }
     const auto repeatsStatus =
         error == QNetworkReply::NoError || error == QNetworkReply::ProxyAuthenticationRequiredError ||
+        error == QNetworkReply::ProtocolInvalidOperationError || // 400
         (error >= QNetworkReply::ContentAccessDenied && error <= QNetworkReply::UnknownContentError) ||
         error >= QNetworkReply::InternalServerError;
     return repeatsStatus ? std::nullopt : std::optional(Kind::Other);
+}
+
+bool isCutShort(const QByteArray &promisedLength, const HttpRequest &request, const HttpResponse &response)
+{
+    bool isNumber = false;
+    const auto promised = promisedLength.toLongLong(&isNumber);
+    const auto bringsNone = request.method == "HEAD"_ba || response.status == 204 || response.status == 304;
+    return isNumber && !bringsNone && response.body.size() < promised;
 }
 
 Redirection redirection(const HttpRequest &request, int status, const QByteArray &location)

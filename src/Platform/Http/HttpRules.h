@@ -12,6 +12,11 @@ namespace navorin {
 /// What kind of failure Qt's error is; absent for one that only repeats an HTTP status, which is an answer.
 [[nodiscard]] std::optional<TransportError::Kind> transportFailure(QNetworkReply::NetworkError error);
 
+/// The server promised more than came. Qt passes that as a success if the last data and the end of the
+/// connection arrive together.
+[[nodiscard]] bool isCutShort(const QByteArray &promisedLength, const HttpRequest &request,
+                              const HttpResponse &response);
+
 struct Redirection
 {
     enum class Verdict { None, Follow, Insecure };

@@ -45,7 +45,7 @@ private:
 
     HttpSessionConfiguration m_configuration;
     std::unique_ptr<QNetworkAccessManager> m_network;
-    QObject m_exchanges; ///< parent of all that are under way; goes before the network
+    QObject m_exchanges{this}; ///< parent of all that are under way; goes before the network
 };
 
 namespace {
