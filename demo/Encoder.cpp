@@ -1,0 +1,215 @@
+#include "Encoder.h"
+
+#include "OggPages.h"
+
+#include <QStringBuilder>
+
+#include <gst/app/gstappsink.h>
+#include <gst/app/gstappsrc.h>
+#include <gst/gst.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace navorin::demo {
+
+namespace {
+
+constexpr std::size_t framesPerPush = 8192;
+constexpr int mp3FrameSamples = 1152;
+constexpr int aacFrameSamples = 1024;
+
+struct Unref
+{
+    void operator()(gpointer object) const { gst_object_unref(object); }
+};
+struct UnrefSample
+{
+    void operator()(GstSample *sample) const { gst_sample_unref(sample); }
+};
+
+/// Loads only the plugins that encoding needs, by name: a scan of all plugins into a fresh registry takes a
+/// second, which the first listener would hear as silence.
+void startGStreamer()
+{
+    static const bool once = [] {
+        g_setenv("GST_REGISTRY_DISABLE", "yes", TRUE);
+        gst_init(nullptr, nullptr);
+        for (const char *name : {"coreelements", "app", "audioconvert", "lame", "audioparsers", "voaacenc",
+                                 "vorbis", "isomp4"}) {
+            const std::string file = std::string(NAVORIN_GSTREAMER_PLUGINS "/libgst") + name + ".so";
+            GError *error = nullptr;
+            GstPlugin *const plugin = gst_plugin_load_file(file.c_str(), &error);
+            if (plugin != nullptr)
+                gst_object_unref(plugin);
+            else
+                std::fprintf(stderr, "cannot load %s: %s\n", file.c_str(), error->message);
+            g_clear_error(&error);
+        }
+        return true;
+    }();
+    (void)once;
+}
+
+using Element = std::unique_ptr<GstElement, Unref>;
+using Receive = std::function<void(QByteArray bytes, bool header)>;
+
+QByteArray bytesOf(GstBuffer *buffer)
+{
+    QByteArray bytes(static_cast<qsizetype>(gst_buffer_get_size(buffer)), Qt::Uninitialized);
+    gst_buffer_extract(buffer, 0, bytes.data(), gst_buffer_get_size(buffer));
+    return bytes;
+}
+
+void push(GstElement *source, const Samples &samples)
+{
+    for (std::size_t at = 0; at < samples.size(); at += 2 * framesPerPush) {
+        const std::size_t count = std::min(2 * framesPerPush, samples.size() - at);
+        GstBuffer *const buffer = gst_buffer_new_allocate(nullptr, count * sizeof(float), nullptr);
+        gst_buffer_fill(buffer, 0, samples.data() + at, count * sizeof(float));
+        GST_BUFFER_PTS(buffer) = gst_util_uint64_scale(at / 2, GST_SECOND, sampleRate);
+        gst_app_src_push_buffer(GST_APP_SRC(source), buffer);
+    }
+    gst_app_src_end_of_stream(GST_APP_SRC(source));
+}
+
+bool pullAll(GstElement *sink, const Receive &receive, const std::atomic<bool> &cancelled)
+{
+    int silent = 0;
+    while (!cancelled && silent < 50) {
+        const std::unique_ptr<GstSample, UnrefSample> sample(
+            gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 200 * GST_MSECOND));
+        if (sample) {
+            GstBuffer *const buffer = gst_sample_get_buffer(sample.get());
+            receive(bytesOf(buffer), GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_HEADER));
+            silent = 0;
+        } else if (gst_app_sink_is_eos(GST_APP_SINK(sink)) != FALSE) {
+            return true;
+        } else {
+            ++silent;
+        }
+    }
+    return false;
+}
+
+/// Runs samples through the elements and hands over every buffer that comes out. False on failure.
+bool encode(const Samples &samples, const char *elements, const Receive &receive,
+            const std::atomic<bool> &cancelled)
+{
+    startGStreamer();
+    const std::string description =
+        std::string("appsrc name=in format=time max-bytes=0 "
+                    "caps=audio/x-raw,format=F32LE,layout=interleaved,rate=44100,channels=2 "
+                    "! audioconvert ! ") +
+        elements + " ! appsink name=out sync=false max-buffers=64";
+    GError *error = nullptr;
+    const Element pipeline(gst_parse_launch(description.c_str(), &error));
+    if (error != nullptr) {
+        std::fprintf(stderr, "cannot encode: %s\n", error->message);
+        g_clear_error(&error);
+        return false;
+    }
+    const Element source(gst_bin_get_by_name(GST_BIN(pipeline.get()), "in"));
+    const Element sink(gst_bin_get_by_name(GST_BIN(pipeline.get()), "out"));
+    gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
+    push(source.get(), samples);
+    const bool complete = pullAll(sink.get(), receive, cancelled);
+    gst_element_set_state(pipeline.get(), GST_STATE_NULL);
+    return complete;
+}
+
+/// Counts what each Vorbis packet adds: a quarter of its block and of the one before it.
+class VorbisCounter
+{
+public:
+    void setBlocks(const VorbisBlocks &blocks) { m_blocks = blocks; }
+
+    int samplesOf(const QByteArray &packet)
+    {
+        // the encoder has two modes, and the second bit of a packet names its own
+        const bool isLong = !packet.isEmpty() && (packet[0] & 2) != 0;
+        const int block = isLong ? m_blocks.longBlock : m_blocks.shortBlock;
+        const int samples = m_before == 0 ? 0 : m_before / 4 + block / 4;
+        m_before = block;
+        return samples;
+    }
+
+private:
+    VorbisBlocks m_blocks;
+    int m_before = 0;
+};
+
+bool encodeVorbis(const Samples &samples, FrameList &frames, const std::atomic<bool> &cancelled)
+{
+    std::vector<QByteArray> headers;
+    VorbisCounter counter;
+    const auto receive = [&](const QByteArray &bytes, bool header) {
+        if (header) {
+            headers.push_back(bytes);
+            counter.setBlocks(vorbisBlocks(headers.front()));
+            frames.setHeaders(headers);
+        } else if (!bytes.isEmpty()) {
+            frames.append({bytes, counter.samplesOf(bytes)});
+        }
+    };
+    return encode(samples, "vorbisenc quality=0.4", receive, cancelled);
+}
+
+void appendSample(QByteArray &bytes, float sample)
+{
+    const auto value = static_cast<std::int16_t>(std::lround(std::clamp(sample, -1.0F, 1.0F) * 32767));
+    bytes.append(static_cast<char>(value & 0xFF));
+    bytes.append(static_cast<char>(value >> 8));
+}
+
+} // namespace
+
+void encodeFrames(const Samples &samples, Codec codec, FrameList &frames, const std::atomic<bool> &cancelled)
+{
+    if (codec == Codec::Vorbis) {
+        frames.finish(!encodeVorbis(samples, frames, cancelled));
+        return;
+    }
+    const bool mp3 = codec == Codec::Mp3;
+    const int frameSamples = mp3 ? mp3FrameSamples : aacFrameSamples;
+    const char *const elements =
+        mp3 ? "lamemp3enc target=bitrate cbr=true bitrate=128 encoding-engine-quality=fast ! mpegaudioparse"
+            : "voaacenc bitrate=128000 ! aacparse ! audio/mpeg,stream-format=adts";
+    const auto receive = [&frames, frameSamples](QByteArray bytes, bool) {
+        frames.append({std::move(bytes), frameSamples});
+    };
+    frames.finish(!encode(samples, elements, receive, cancelled));
+}
+
+QByteArray encodeMp4(const Samples &samples, const std::atomic<bool> &cancelled)
+{
+    QByteArray file;
+    const auto receive = [&file](const QByteArray &bytes, bool) { file += bytes; };
+    const bool complete =
+        encode(samples, "voaacenc bitrate=128000 ! aacparse ! mp4mux faststart=true", receive, cancelled);
+    return complete ? file : QByteArray();
+}
+
+QByteArray encodeWav(const Samples &samples)
+{
+    const auto little = [](std::uint32_t value, int bytes) {
+        QByteArray out;
+        for (int i = 0; i < bytes; ++i)
+            out.append(static_cast<char>((value >> (8 * i)) & 0xFFU));
+        return out;
+    };
+    const auto size = static_cast<std::uint32_t>(samples.size() * 2);
+    QByteArray file = QByteArray("RIFF") + little(size + 36, 4) + "WAVEfmt " + little(16, 4) + little(1, 2) +
+                      little(2, 2) + little(sampleRate, 4) + little(sampleRate * 4, 4) + little(4, 2) +
+                      little(16, 2) + "data" + little(size, 4);
+    file.reserve(file.size() + static_cast<qsizetype>(size));
+    for (const float sample : samples)
+        appendSample(file, sample);
+    return file;
+}
+
+} // namespace navorin::demo

@@ -1,0 +1,219 @@
+#include "HttpServer.h"
+
+#include "Connection.h"
+#include "Faults.h"
+#include "StopToken.h"
+#include "Transmission.h"
+
+#include <cstdio>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
+namespace navorin::demo {
+
+namespace {
+
+constexpr int idleConnectionMs = 30'000;
+constexpr int listenBacklog = 256;
+constexpr int maxConnections = 512;
+constexpr std::size_t maxRequestBody = 16U * 1024 * 1024;
+
+/// A thread for each connection: an endless stream holds its own for hours, so a fixed pool would run dry.
+class ConnectionThreads : public httplib::TaskQueue
+{
+public:
+    void enqueue(std::function<void()> work) override
+    {
+        std::unique_lock lock(m_mutex);
+        m_ended.wait(lock, [this] { return m_running < maxConnections; });
+        ++m_running;
+        std::thread([this, work = std::move(work)] {
+            work();
+            const std::lock_guard guard(m_mutex);
+            --m_running;
+            m_ended.notify_all();
+        }).detach();
+    }
+
+    void shutdown() override
+    {
+        std::unique_lock lock(m_mutex);
+        m_ended.wait(lock, [this] { return m_running == 0; });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_ended;
+    int m_running = 0;
+};
+
+QByteArray randomBytes(std::string_view seed, int count)
+{
+    QByteArray bytes(count, Qt::Uninitialized);
+    auto state = static_cast<std::uint64_t>(std::hash<std::string_view>{}(seed)) | 1U;
+    for (char &byte : bytes) {
+        state = state * 6364136223846793005U + 1442695040888963407U;
+        byte = static_cast<char>(state >> 56U);
+    }
+    return bytes;
+}
+
+/// What a fault makes of the reply as a whole; those that bend only the sending change nothing here.
+Reply distort(Reply reply, const Fault &fault, std::string_view target)
+{
+    switch (fault.kind) {
+    case FaultKind::Status:
+        return Reply::error(static_cast<int>(fault.argument), "fault on demand");
+    case FaultKind::Garbage: {
+        Reply garbage;
+        garbage.contentType = reply.contentType;
+        garbage.body = randomBytes(target, 32 * 1024);
+        return garbage;
+    }
+    case FaultKind::Html: {
+        Reply page;
+        page.contentType = "text/html; charset=utf-8";
+        page.body = "<!DOCTYPE html><html><head><title>Sign in</title></head>"
+                    "<body><h1>Welcome to the guest network</h1></body></html>";
+        return page;
+    }
+    default:
+        return reply;
+    }
+}
+
+} // namespace
+
+HttpServer::HttpServer(const StopToken &stop, Faults &faults, Handler handler)
+    : m_stop(stop)
+    , m_faults(faults)
+    , m_handler(std::move(handler))
+{
+    new_task_queue = [] { return new ConnectionThreads; };
+    set_keep_alive_max_count(100'000);
+    set_keep_alive_timeout(idleConnectionMs / 1000);
+    set_payload_max_length(maxRequestBody);
+    const auto answerAll = [this](const httplib::Request &request, httplib::Response &response) {
+        answer(request, response);
+    };
+    const std::string any = R"([\s\S]*)";
+    Get(any, answerAll);
+    Post(any, answerAll);
+    Put(any, answerAll);
+    Delete(any, answerAll);
+}
+
+HttpServer::~HttpServer() = default;
+
+int HttpServer::bindTo(const std::string &address, int port)
+{
+    const int bound = port == 0 ? bind_to_any_port(address) : (bind_to_port(address, port) ? port : -1);
+    if (bound > 0)
+        ::listen(svr_sock_, listenBacklog);
+    return bound;
+}
+
+void HttpServer::run()
+{
+    listen_after_bind();
+}
+
+void HttpServer::interrupt()
+{
+    while (!is_running())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    stop();
+    const std::lock_guard lock(m_socketsMutex);
+    for (const int socket : m_sockets)
+        ::shutdown(socket, SHUT_RDWR);
+}
+
+bool HttpServer::process_and_close_socket(socket_t socket)
+{
+    {
+        const std::lock_guard lock(m_socketsMutex);
+        m_sockets.insert(socket);
+    }
+    const int on = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    Connection connection(socket);
+    bool ended = false;
+    // ranges are ours: the library's own arithmetic trusts the client
+    const auto prepare = [](httplib::Request &request) { request.ranges.clear(); };
+    while (!ended && !m_stop.isStopped() && connection.waitForRequest(idleConnectionMs)) {
+        if (!process_request(connection, false, ended, prepare))
+            break;
+    }
+    const std::lock_guard lock(m_socketsMutex);
+    m_sockets.erase(socket);
+    ::shutdown(socket, SHUT_RDWR);
+    ::close(socket);
+    return true;
+}
+
+void HttpServer::answer(const httplib::Request &request, httplib::Response &response)
+{
+    const auto fault = request.path.starts_with("/demo/") ? std::nullopt : m_faults.strike(request.target);
+    if (fault && fault->kind == FaultKind::Delay)
+        m_stop.sleep(std::chrono::duration<double>(fault->argument));
+    Reply reply;
+    try {
+        reply = m_handler(request);
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s %s: %s\n", request.method.c_str(), request.target.c_str(), error.what());
+        reply = Reply::error(500, "internal error");
+    }
+    if (fault)
+        reply = distort(std::move(reply), *fault, request.target);
+    send(request, response, std::move(reply), fault);
+}
+
+void HttpServer::logRequest(const httplib::Request &request, int status, std::int64_t bytes) const
+{
+    if (m_logs)
+        std::fprintf(stderr, "%s %s %d %lld\n", request.method.c_str(), request.target.c_str(), status,
+                     static_cast<long long>(bytes));
+}
+
+void HttpServer::send(const httplib::Request &request, httplib::Response &response, Reply reply,
+                      const std::optional<Fault> &fault)
+{
+    for (const auto &[name, value] : reply.headers)
+        response.set_header(name, value);
+    response.set_header("Cache-Control", "no-cache");
+    response.status = reply.status;
+    std::int64_t length = reply.body.size();
+    if (reply.stream) {
+        response.set_header("Connection", "close");
+    } else {
+        ByteRange range{0, length - 1};
+        if (reply.status == 200) {
+            const auto [kind, part] = parseRange(request.get_header_value("Range"), length);
+            const std::string total = "/" + std::to_string(length);
+            if (kind == RangeKind::Part) {
+                range = part;
+                response.status = 206;
+                response.set_header("Content-Range", "bytes " + std::to_string(range.first) + "-" +
+                                                         std::to_string(range.last) + total);
+            } else if (kind == RangeKind::Unsatisfiable) {
+                range = {0, -1};
+                response.status = 416;
+                response.set_header("Content-Range", "bytes */" + std::to_string(length));
+            }
+            response.set_header("Accept-Ranges", "bytes");
+        }
+        length = range.last - range.first + 1;
+        response.set_header("Content-Length", std::to_string(length));
+        reply.stream = std::make_unique<MemorySource>(reply.body, range.first, length);
+    }
+    const bool endless = !response.has_header("Content-Length");
+    auto transmission = std::make_shared<Transmission>(
+        m_stop, std::move(reply.stream), sendingPlan(fault, endless ? std::nullopt : std::optional(length)),
+        [this, request, status = response.status](std::int64_t sent) { logRequest(request, status, sent); });
+    response.set_content_provider(reply.contentType, [transmission](std::size_t, httplib::DataSink &sink) {
+        return transmission->sendSome(sink);
+    });
+}
+
+} // namespace navorin::demo
