@@ -1,6 +1,6 @@
 #include "LaunchOptions.h"
 
-#include <QHostAddress>
+#include "Services/Backend/RequestRules.h"
 
 #include <algorithm>
 #include <array>
@@ -27,11 +27,6 @@ constexpr std::array flags{
     Flag{u"--help", &LaunchOptions::help, u"show this and end"},
     Flag{u"--version", &LaunchOptions::version, u"show the version and end"},
 };
-
-bool isLoopback(const QString &host)
-{
-    return host == u"localhost"_s || QHostAddress(host).isLoopback();
-}
 
 } // namespace
 
@@ -63,10 +58,8 @@ QString LaunchOptions::helpText()
 std::optional<QUrl> backendAddress(const QString &fromEnvironment, const QString &builtIn)
 {
     const QUrl url(fromEnvironment.isEmpty() ? builtIn : fromEnvironment, QUrl::StrictMode);
-    const auto secure = url.scheme() == u"https"_s;
-    const auto local = url.scheme() == u"http"_s && isLoopback(url.host());
     const auto bare = url.path().isEmpty() || url.path() == u"/"_s;
-    if (!url.isValid() || url.host().isEmpty() || !bare || !(secure || local))
+    if (!isUsableBase(url) || !bare)
         return {};
     return url;
 }

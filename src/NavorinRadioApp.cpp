@@ -63,7 +63,7 @@ struct NavorinRadioApp::Platform
 {
     QtMainQueue queue;
     QtFileStore files;
-    SettingsUserDefaults defaults;
+    SettingsUserDefaults defaults{queue};
     QtHttpSession http;
     GstMediaPlayer player{queue};
 };

@@ -75,7 +75,7 @@ public:
         observer = std::move(newObserver);
     }
 
-    [[nodiscard]] QStringList takeCalls() { return std::exchange(calls, {}); }
+    QStringList takeCalls() { return std::exchange(calls, {}); }
 
     std::shared_ptr<FakeMediaItem> item;
     TimeControlStatus status = TimeControlStatus::Paused;

@@ -131,7 +131,8 @@ HttpResponse received(QFuture<HttpResponse> &answer)
     answer.waitForFinished(); // throws what it failed with
     if (answer.resultCount() == 0)
         throw TransportError(TransportError::Kind::Cancelled, u"the request was cancelled"_s);
-    return answer.takeResult();
+    // takeResult() would reset the state under the promise, which may not have been destroyed yet.
+    return answer.result();
 }
 
 } // namespace navorin

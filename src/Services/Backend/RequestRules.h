@@ -38,7 +38,7 @@ using QueryItems = QList<std::pair<QString, QString>>;
 /// and POST does not look into its body.
 [[nodiscard]] QByteArray judged(HttpVerb verb, HttpResponse response);
 
-/// The response of a finished exchange, moved out; throws what it failed with.
+/// The response of a finished exchange; throws what it failed with.
 [[nodiscard]] HttpResponse received(QFuture<HttpResponse> &answer);
 
 } // namespace navorin

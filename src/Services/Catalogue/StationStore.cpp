@@ -103,10 +103,10 @@ QCoro::Task<void> StationStore::load(bool force)
         auto fresh = m_client.fetchStations().then(QThreadPool::globalInstance(),
                                                    [old = m_stations](QFuture<QList<Station>> answer) {
                                                        answer.waitForFinished();
-                                                       return withCarriedTracks(answer.takeResult(), old);
+                                                       return withCarriedTracks(answer.result(), old);
                                                    });
         co_await QFuture<void>(fresh);
-        publish(fresh.takeResult());
+        publish(fresh.result());
     } catch (...) {
         if (m_stations.isEmpty() || force)
             setErrorMessage(errorDescription(std::current_exception()));

@@ -11,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 using Status = MediaPlayer::TimeControlStatus;
-constexpr auto nan = std::numeric_limits<double>::quiet_NaN();
+constexpr auto notANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr auto infinity = std::numeric_limits<double>::infinity();
 
 Station live(const QString &title)
@@ -92,10 +92,10 @@ void tst_PlaybackDecisions::positions()
     QCOMPARE(seekTarget(310, 300), 300.0);
     QCOMPARE(seekTarget(-1, 300), 0.0);
     QCOMPARE(seekTarget(42.5, 0), 42.5);
-    QCOMPARE(seekTarget(nan, 300), 0.0);
-    QCOMPARE(seekTarget(nan, 0), 0.0);
+    QCOMPARE(seekTarget(notANumber, 300), 0.0);
+    QCOMPARE(seekTarget(notANumber, 0), 0.0);
     QCOMPARE(seekTarget(infinity, 300), 300.0);
-    for (const auto hidden : {0.0, -1.0, nan, infinity}) {
+    for (const auto hidden : {0.0, -1.0, notANumber, infinity}) {
         QCOMPARE(publishedPosition(hidden), std::nullopt);
         QCOMPARE(publishedDuration(hidden), 0.0);
     }
