@@ -19,13 +19,16 @@ namespace navorin::demo {
 
 namespace {
 
-constexpr std::size_t framesPerPush = 8192;
 constexpr int mp3FrameSamples = 1152;
 constexpr int aacFrameSamples = 1024;
 
 struct Unref
 {
     void operator()(gpointer object) const { gst_object_unref(object); }
+};
+struct UnrefMessage
+{
+    void operator()(GstMessage *message) const { gst_message_unref(message); }
 };
 struct UnrefSample
 {
@@ -65,39 +68,46 @@ QByteArray bytesOf(GstBuffer *buffer)
     return bytes;
 }
 
-void push(GstElement *source, const Samples &samples)
+GstFlowReturn takeSample(GstAppSink *sink, gpointer receive)
 {
-    for (std::size_t at = 0; at < samples.size(); at += 2 * framesPerPush) {
-        const std::size_t count = std::min(2 * framesPerPush, samples.size() - at);
-        GstBuffer *const buffer = gst_buffer_new_allocate(nullptr, count * sizeof(float), nullptr);
-        gst_buffer_fill(buffer, 0, samples.data() + at, count * sizeof(float));
-        GST_BUFFER_PTS(buffer) = gst_util_uint64_scale(at / 2, GST_SECOND, sampleRate);
-        gst_app_src_push_buffer(GST_APP_SRC(source), buffer);
-    }
-    gst_app_src_end_of_stream(GST_APP_SRC(source));
+    const std::unique_ptr<GstSample, UnrefSample> sample(gst_app_sink_pull_sample(sink));
+    if (!sample)
+        return GST_FLOW_EOS;
+    GstBuffer *const buffer = gst_sample_get_buffer(sample.get());
+    (*static_cast<const Receive *>(receive))(bytesOf(buffer),
+                                             GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_HEADER));
+    return GST_FLOW_OK;
 }
 
-bool pullAll(GstElement *sink, const Receive &receive, const std::atomic<bool> &cancelled)
+void push(GstElement *element, const SampleSource &source, const std::atomic<bool> &cancelled)
 {
-    int silent = 0;
-    while (!cancelled && silent < 50) {
-        const std::unique_ptr<GstSample, UnrefSample> sample(
-            gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 200 * GST_MSECOND));
-        if (sample) {
-            GstBuffer *const buffer = gst_sample_get_buffer(sample.get());
-            receive(bytesOf(buffer), GST_BUFFER_FLAG_IS_SET(buffer, GST_BUFFER_FLAG_HEADER));
-            silent = 0;
-        } else if (gst_app_sink_is_eos(GST_APP_SINK(sink)) != FALSE) {
-            return true;
-        } else {
-            ++silent;
-        }
+    std::uint64_t pushed = 0;
+    for (Samples block = source(); !block.empty() && !cancelled; block = source()) {
+        const std::size_t size = block.size() * sizeof(float);
+        GstBuffer *const buffer = gst_buffer_new_allocate(nullptr, size, nullptr);
+        gst_buffer_fill(buffer, 0, block.data(), size);
+        GST_BUFFER_PTS(buffer) = gst_util_uint64_scale(pushed, GST_SECOND, sampleRate);
+        pushed += block.size() / 2;
+        gst_app_src_push_buffer(GST_APP_SRC(element), buffer);
+    }
+    gst_app_src_end_of_stream(GST_APP_SRC(element));
+}
+
+/// True when everything went through; false on an error or when cancelled.
+bool waitForEnd(GstElement *pipeline, const std::atomic<bool> &cancelled)
+{
+    const std::unique_ptr<GstBus, Unref> bus(gst_element_get_bus(pipeline));
+    while (!cancelled) {
+        const std::unique_ptr<GstMessage, UnrefMessage> message(gst_bus_timed_pop_filtered(
+            bus.get(), 100 * GST_MSECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+        if (message)
+            return GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_EOS;
     }
     return false;
 }
 
-/// Runs samples through the elements and hands over every buffer that comes out. False on failure.
-bool encode(const Samples &samples, const char *elements, const Receive &receive,
+/// Runs samples through the elements and hands over every buffer that comes out, on a thread of the pipeline.
+bool encode(const SampleSource &source, const char *elements, Receive receive,
             const std::atomic<bool> &cancelled)
 {
     startGStreamer();
@@ -105,7 +115,7 @@ bool encode(const Samples &samples, const char *elements, const Receive &receive
         std::string("appsrc name=in format=time max-bytes=0 "
                     "caps=audio/x-raw,format=F32LE,layout=interleaved,rate=44100,channels=2 "
                     "! audioconvert ! ") +
-        elements + " ! appsink name=out sync=false max-buffers=64";
+        elements + " ! appsink name=out sync=false";
     GError *error = nullptr;
     const Element pipeline(gst_parse_launch(description.c_str(), &error));
     if (error != nullptr) {
@@ -113,11 +123,14 @@ bool encode(const Samples &samples, const char *elements, const Receive &receive
         g_clear_error(&error);
         return false;
     }
-    const Element source(gst_bin_get_by_name(GST_BIN(pipeline.get()), "in"));
-    const Element sink(gst_bin_get_by_name(GST_BIN(pipeline.get()), "out"));
+    const Element in(gst_bin_get_by_name(GST_BIN(pipeline.get()), "in"));
+    const Element out(gst_bin_get_by_name(GST_BIN(pipeline.get()), "out"));
+    GstAppSinkCallbacks callbacks{};
+    callbacks.new_sample = takeSample;
+    gst_app_sink_set_callbacks(GST_APP_SINK(out.get()), &callbacks, &receive, nullptr);
     gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
-    push(source.get(), samples);
-    const bool complete = pullAll(sink.get(), receive, cancelled);
+    push(in.get(), source, cancelled);
+    const bool complete = waitForEnd(pipeline.get(), cancelled);
     gst_element_set_state(pipeline.get(), GST_STATE_NULL);
     return complete;
 }
@@ -143,7 +156,7 @@ private:
     int m_before = 0;
 };
 
-bool encodeVorbis(const Samples &samples, FrameList &frames, const std::atomic<bool> &cancelled)
+bool encodeVorbis(const SampleSource &source, FrameList &frames, const std::atomic<bool> &cancelled)
 {
     std::vector<QByteArray> headers;
     VorbisCounter counter;
@@ -156,7 +169,7 @@ bool encodeVorbis(const Samples &samples, FrameList &frames, const std::atomic<b
             frames.append({bytes, counter.samplesOf(bytes)});
         }
     };
-    return encode(samples, "vorbisenc quality=0.4", receive, cancelled);
+    return encode(source, "vorbisenc quality=0.4", receive, cancelled);
 }
 
 void appendSample(QByteArray &bytes, float sample)
@@ -168,10 +181,11 @@ void appendSample(QByteArray &bytes, float sample)
 
 } // namespace
 
-void encodeFrames(const Samples &samples, Codec codec, FrameList &frames, const std::atomic<bool> &cancelled)
+void encodeFrames(const SampleSource &source, Codec codec, FrameList &frames,
+                  const std::atomic<bool> &cancelled)
 {
     if (codec == Codec::Vorbis) {
-        frames.finish(!encodeVorbis(samples, frames, cancelled));
+        frames.finish(!encodeVorbis(source, frames, cancelled));
         return;
     }
     const bool mp3 = codec == Codec::Mp3;
@@ -182,19 +196,19 @@ void encodeFrames(const Samples &samples, Codec codec, FrameList &frames, const 
     const auto receive = [&frames, frameSamples](QByteArray bytes, bool) {
         frames.append({std::move(bytes), frameSamples});
     };
-    frames.finish(!encode(samples, elements, receive, cancelled));
+    frames.finish(!encode(source, elements, receive, cancelled));
 }
 
-QByteArray encodeMp4(const Samples &samples, const std::atomic<bool> &cancelled)
+QByteArray encodeMp4(const SampleSource &source, const std::atomic<bool> &cancelled)
 {
     QByteArray file;
     const auto receive = [&file](const QByteArray &bytes, bool) { file += bytes; };
     const bool complete =
-        encode(samples, "voaacenc bitrate=128000 ! aacparse ! mp4mux faststart=true", receive, cancelled);
+        encode(source, "voaacenc bitrate=128000 ! aacparse ! mp4mux faststart=true", receive, cancelled);
     return complete ? file : QByteArray();
 }
 
-QByteArray encodeWav(const Samples &samples)
+QByteArray encodeWav(const SampleSource &source)
 {
     const auto little = [](std::uint32_t value, int bytes) {
         QByteArray out;
@@ -202,14 +216,15 @@ QByteArray encodeWav(const Samples &samples)
             out.append(static_cast<char>((value >> (8 * i)) & 0xFFU));
         return out;
     };
-    const auto size = static_cast<std::uint32_t>(samples.size() * 2);
-    QByteArray file = QByteArray("RIFF") + little(size + 36, 4) + "WAVEfmt " + little(16, 4) + little(1, 2) +
-                      little(2, 2) + little(sampleRate, 4) + little(sampleRate * 4, 4) + little(4, 2) +
-                      little(16, 2) + "data" + little(size, 4);
-    file.reserve(file.size() + static_cast<qsizetype>(size));
-    for (const float sample : samples)
-        appendSample(file, sample);
-    return file;
+    QByteArray data;
+    for (Samples block = source(); !block.empty(); block = source()) {
+        for (const float sample : block)
+            appendSample(data, sample);
+    }
+    const auto size = static_cast<std::uint32_t>(data.size());
+    return QByteArray("RIFF") + little(size + 36, 4) + "WAVEfmt " + little(16, 4) + little(1, 2) +
+           little(2, 2) + little(sampleRate, 4) + little(sampleRate * 4, 4) + little(4, 2) + little(16, 2) +
+           "data" + little(size, 4) + data;
 }
 
 } // namespace navorin::demo

@@ -11,12 +11,13 @@ enum class Codec { Mp3, Aac, Vorbis };
 
 /// Encodes into `frames` as it goes and finishes it, failed when `cancelled` turned true or the encoder gave
 /// up. MP3 and ADTS frames can be joined at any frame.
-void encodeFrames(const Samples &samples, Codec codec, FrameList &frames, const std::atomic<bool> &cancelled);
+void encodeFrames(const SampleSource &source, Codec codec, FrameList &frames,
+                  const std::atomic<bool> &cancelled);
 
 /// A whole MP4 file with AAC, its index in front. Empty on failure.
-[[nodiscard]] QByteArray encodeMp4(const Samples &samples, const std::atomic<bool> &cancelled);
+[[nodiscard]] QByteArray encodeMp4(const SampleSource &source, const std::atomic<bool> &cancelled);
 
 /// A whole WAV file of 16 bits.
-[[nodiscard]] QByteArray encodeWav(const Samples &samples);
+[[nodiscard]] QByteArray encodeWav(const SampleSource &source);
 
 } // namespace navorin::demo

@@ -116,12 +116,12 @@ const char *contentType(Codec codec)
 
 Sound Sound::piece(int index)
 {
-    return {"piece-" + std::to_string(index), [index] { return renderScore(composePiece(index)); }, true};
+    return {"piece-" + std::to_string(index), [index] { return playScore(composePiece(index)); }, true};
 }
 
 Sound Sound::tone(int hertz)
 {
-    return {"tone-" + std::to_string(hertz), [hertz] { return renderTone(hertz, toneSeconds); }, false};
+    return {"tone-" + std::to_string(hertz), [hertz] { return playTone(hertz, toneSeconds); }, false};
 }
 
 MediaStore::MediaStore(QString folder)
@@ -148,16 +148,6 @@ QString MediaStore::pathOf(const Sound &sound, const char *suffix) const
            u'.' + QLatin1StringView(suffix);
 }
 
-std::shared_ptr<const Samples> MediaStore::samplesOf(const Sound &sound)
-{
-    const std::lock_guard lock(m_samplesMutex);
-    if (auto samples = m_samples[sound.name].lock())
-        return samples;
-    auto samples = std::make_shared<const Samples>(sound.render());
-    m_samples[sound.name] = samples;
-    return samples;
-}
-
 std::shared_ptr<const FrameList> MediaStore::frames(const Sound &sound, Codec codec)
 {
     const std::lock_guard lock(m_mutex);
@@ -174,7 +164,7 @@ std::shared_ptr<const FrameList> MediaStore::frames(const Sound &sound, Codec co
 
 void MediaStore::encodeAndKeep(const Sound &sound, Codec codec, const std::shared_ptr<FrameList> &frames)
 {
-    encodeFrames(*samplesOf(sound), codec, *frames, m_cancelled);
+    encodeFrames(sound.play(), codec, *frames, m_cancelled);
     if (sound.keepsOnDisk)
         saveFrames(pathOf(sound, suffixOf(codec)), *frames);
 }
@@ -205,12 +195,12 @@ QByteArray MediaStore::makeFile(const Sound &sound, FileFormat format)
         return all ? oggFile(list->headers(), *all) : QByteArray();
     }
     if (format == FileFormat::Wav)
-        return encodeWav(*samplesOf(sound));
+        return encodeWav(sound.play());
     const QString path = pathOf(sound, "m4a");
     QFile kept(path);
     if (sound.keepsOnDisk && kept.open(QIODevice::ReadOnly) && kept.size() > 0)
         return kept.readAll();
-    const QByteArray bytes = encodeMp4(*samplesOf(sound), m_cancelled);
+    const QByteArray bytes = encodeMp4(sound.play(), m_cancelled);
     if (sound.keepsOnDisk && !bytes.isEmpty()) {
         QSaveFile file(path);
         if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size())

@@ -21,7 +21,7 @@ enum class FileFormat { Mp3, Ogg, Mp4, Wav };
 struct Sound
 {
     std::string name; ///< unique; also the name of its cache file
-    std::function<Samples()> render;
+    std::function<SampleSource()> play;
     bool keepsOnDisk = true;
 
     static Sound piece(int index);
@@ -52,7 +52,6 @@ private:
         QByteArray bytes;
     };
 
-    [[nodiscard]] std::shared_ptr<const Samples> samplesOf(const Sound &sound);
     [[nodiscard]] QByteArray makeFile(const Sound &sound, FileFormat format);
     void encodeAndKeep(const Sound &sound, Codec codec, const std::shared_ptr<FrameList> &frames);
     [[nodiscard]] QString pathOf(const Sound &sound, const char *suffix) const;
@@ -62,8 +61,6 @@ private:
     std::mutex m_mutex;
     std::map<std::string, std::shared_ptr<FrameList>> m_frames;
     std::map<std::string, std::shared_ptr<WholeFile>> m_files;
-    std::mutex m_samplesMutex;
-    std::map<std::string, std::weak_ptr<const Samples>> m_samples;
     std::vector<std::thread> m_workers;
 };
 

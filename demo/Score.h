@@ -31,6 +31,7 @@ struct Score
 {
     double seconds = 0;
     double reverb = 0.3; ///< share of the hall in the mix
+    double gain = 1;     ///< into the soft ceiling, so that all pieces are about equally loud
     std::vector<Note> notes;
     std::vector<Hit> hits;
 };

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 #include <numbers>
 
 namespace navorin::demo {
@@ -78,7 +79,7 @@ public:
     /// `phase` in turns, not negative.
     [[nodiscard]] double at(double phase) const
     {
-        const double place = (phase - std::floor(phase)) * size;
+        const double place = (phase - static_cast<double>(static_cast<std::int64_t>(phase))) * size;
         const auto index = static_cast<std::size_t>(place);
         const double part = place - static_cast<double>(index);
         return m_wave[index] + part * (m_wave[index + 1] - m_wave[index]);
@@ -301,51 +302,78 @@ void play(Mix &mix, const Hit &hit, Random &random)
     }
 }
 
-/// Into one vector, rounded gently where voices pile up, faded at both ends, the peak at -3 dBFS.
-Samples master(const Mix &mix)
+/// A piece being played: events are voiced as their time comes, so everything before it is final.
+class Performance
 {
-    const std::size_t frames = mix.left.size();
-    Samples samples(2 * frames);
-    float loudest = 1e-6F;
-    for (std::size_t i = 0; i < frames; ++i)
-        loudest = std::max({loudest, std::abs(mix.left[i]), std::abs(mix.right[i])});
-    const float drive = 1.5F / loudest;
-    const float level = 0.7079F / std::tanh(1.5F);
-    const float fadeIn = 0.004F * sampleRate;
-    const float fadeOut = 1.2F * sampleRate;
-    for (std::size_t i = 0; i < frames; ++i) {
-        const float fade =
-            std::min({1.0F, static_cast<float>(i) / fadeIn, static_cast<float>(frames - i) / fadeOut});
-        samples[2 * i] = std::tanh(mix.left[i] * drive) * level * fade;
-        samples[2 * i + 1] = std::tanh(mix.right[i] * drive) * level * fade;
+public:
+    explicit Performance(Score score)
+        : m_score(std::move(score))
+        , m_mix(m_score.seconds)
+        , m_hall(static_cast<float>(m_score.reverb))
+    {
+        const auto earlier = [](const auto &a, const auto &b) { return a.start < b.start; };
+        std::stable_sort(m_score.notes.begin(), m_score.notes.end(), earlier);
+        std::stable_sort(m_score.hits.begin(), m_score.hits.end(), earlier);
     }
-    return samples;
-}
+
+    Samples next()
+    {
+        const std::size_t end = std::min(m_done + blockFrames, m_mix.left.size());
+        const double until = static_cast<double>(end) / rate;
+        for (; m_note < m_score.notes.size() && m_score.notes[m_note].start < until; ++m_note)
+            play(m_mix, m_score.notes[m_note], m_random);
+        for (; m_hit < m_score.hits.size() && m_score.hits[m_hit].start < until; ++m_hit)
+            play(m_mix, m_score.hits[m_hit], m_random);
+        Samples block;
+        block.reserve(2 * (end - m_done));
+        for (; m_done < end; ++m_done) {
+            const auto [left, right] = m_hall.add(m_mix.left[m_done], m_mix.right[m_done]);
+            block.push_back(master(left));
+            block.push_back(master(right));
+        }
+        return block;
+    }
+
+private:
+    static constexpr std::size_t blockFrames = sampleRate;
+
+    /// Rounds off where voices pile up, and fades both ends.
+    [[nodiscard]] float master(float sample) const
+    {
+        const float fadeIn = static_cast<float>(m_done) / (0.004F * sampleRate);
+        const float fadeOut = static_cast<float>(m_mix.left.size() - m_done) / (1.2F * sampleRate);
+        return 0.7079F * std::tanh(sample * static_cast<float>(m_score.gain)) *
+               std::min({1.0F, fadeIn, fadeOut});
+    }
+
+    Score m_score;
+    Mix m_mix;
+    Hall m_hall;
+    Random m_random{77};
+    std::size_t m_note = 0;
+    std::size_t m_hit = 0;
+    std::size_t m_done = 0;
+};
 
 } // namespace
 
-Samples renderScore(const Score &score)
+SampleSource playScore(Score score)
 {
-    Mix mix(score.seconds);
-    Random random(77);
-    for (const Note &note : score.notes)
-        play(mix, note, random);
-    for (const Hit &hit : score.hits)
-        play(mix, hit, random);
-    addHall(mix.left, mix.right, static_cast<float>(score.reverb));
-    return master(mix);
+    return [performance = std::make_shared<Performance>(std::move(score))] { return performance->next(); };
 }
 
-Samples renderTone(double hertz, double seconds)
+SampleSource playTone(double hertz, double seconds)
 {
-    const auto frames = static_cast<std::size_t>(seconds * rate);
-    Samples samples(2 * frames);
-    for (std::size_t i = 0; i < frames; ++i) {
-        const auto value = static_cast<float>(
-            0.1 * std::sin(fullTurn * std::fmod(hertz * static_cast<double>(i) / rate, 1.0)));
-        samples[2 * i] = samples[2 * i + 1] = value;
-    }
-    return samples;
+    return [hertz, left = static_cast<std::size_t>(seconds * rate)]() mutable {
+        Samples samples;
+        samples.reserve(2 * left);
+        for (std::size_t i = 0; i < left; ++i) {
+            const double turns = std::fmod(hertz * static_cast<double>(i) / rate, 1.0);
+            samples.insert(samples.end(), 2, static_cast<float>(0.1 * std::sin(fullTurn * turns)));
+        }
+        left = 0;
+        return samples;
+    };
 }
 
 } // namespace navorin::demo
