@@ -60,6 +60,7 @@ ScriptedHttpServer::~ScriptedHttpServer()
 {
     m_thread.quit();
     m_thread.wait();
+    const QMutexLocker lastWord(&m_mutex); // what the thread recorded is ours now, for a race checker too
 }
 
 QUrl ScriptedHttpServer::url(const QString &path) const

@@ -183,9 +183,15 @@ void HttpExchange::fail(TransportError::Kind kind, const QString &detail)
         return;
     m_isSettled = true;
     abandonReply();
-    m_promise.setException(std::make_exception_ptr(TransportError(kind, detail)));
-    m_promise.finish();
+    fail(m_promise, kind, detail);
     deleteLater();
+}
+
+void HttpExchange::fail(QPromise<HttpResponse> &promise, TransportError::Kind kind, const QString &detail)
+{
+    if (!promise.isCanceled())
+        promise.setException(std::make_exception_ptr(TransportError(kind, detail)));
+    promise.finish();
 }
 
 } // namespace navorin

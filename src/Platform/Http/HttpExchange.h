@@ -25,6 +25,8 @@ public:
 
     void start();
 
+    static void fail(QPromise<HttpResponse> &promise, TransportError::Kind kind, const QString &detail);
+
 private:
     void handleProgress();
     void handleFinished();

@@ -2,16 +2,21 @@
 
 #include "Platform/Http/HttpExchange.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
 
-#include <atomic>
+#include <mutex>
+#include <utility>
+#include <vector>
 
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
 
-/// What of the session lives on the network thread.
+/// What of the session lives on the network thread. Requests come in through a locked mailbox, so that the
+/// hand-over between the threads is in plain sight.
 class QtHttpSession::Worker final : public QObject
 {
 public:
@@ -19,21 +24,53 @@ public:
         : m_configuration(std::move(configuration))
     {
     }
-
-    void begin(HttpRequest request, QPromise<HttpResponse> promise)
+    ~Worker() override
     {
-        auto *exchange = new HttpExchange(std::move(request), std::move(promise), network(), m_configuration,
-                                          &m_exchanges);
-        exchange->start();
+        for (auto &parcel : takeMail())
+            HttpExchange::fail(parcel.promise, TransportError::Kind::Cancelled, u"the session ended"_s);
+    }
+
+    /// From any thread.
+    void send(HttpRequest request, QPromise<HttpResponse> promise)
+    {
+        {
+            const std::scoped_lock lock(m_mutex);
+            m_mail.push_back({std::move(request), std::move(promise)});
+        }
+        QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    }
+
+protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        for (auto &[request, promise] : takeMail()) {
+            auto *exchange = new HttpExchange(std::move(request), std::move(promise), network(),
+                                              m_configuration, &m_exchanges);
+            exchange->start();
+        }
+        return true;
     }
 
 private:
+    struct Parcel
+    {
+        HttpRequest request;
+        QPromise<HttpResponse> promise;
+    };
+
+    std::vector<Parcel> takeMail()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return std::exchange(m_mail, {});
+    }
+
     QNetworkAccessManager &network()
     {
         if (m_network)
             return *m_network;
         m_network = std::make_unique<QNetworkAccessManager>();
-        m_network->setAutoDeleteReplies(false);
         if (m_configuration.diskCache) {
             auto *cache = new QNetworkDiskCache(m_network.get());
             cache->setCacheDirectory(m_configuration.diskCache->folder);
@@ -44,33 +81,11 @@ private:
     }
 
     HttpSessionConfiguration m_configuration;
+    std::mutex m_mutex;
+    std::vector<Parcel> m_mail;
     std::unique_ptr<QNetworkAccessManager> m_network;
     QObject m_exchanges{this}; ///< parent of all that are under way; goes before the network
 };
-
-namespace {
-
-/// A request on its way to the network thread. Dropped there unopened, it fails as cancelled.
-struct Parcel
-{
-    HttpRequest request;
-    QPromise<HttpResponse> promise;
-    bool isOpened = false;
-    /// Qt's event queue orders the two threads, but a race checker cannot see into it: the flag says the same
-    /// aloud.
-    std::atomic_bool isSealed = false;
-
-    ~Parcel()
-    {
-        if (isOpened)
-            return;
-        promise.setException(
-            std::make_exception_ptr(TransportError(TransportError::Kind::Cancelled, u"the session ended"_s)));
-        promise.finish();
-    }
-};
-
-} // namespace
 
 QtHttpSession::QtHttpSession(HttpSessionConfiguration configuration)
     : m_worker(new Worker(std::move(configuration)))
@@ -89,18 +104,10 @@ QtHttpSession::~QtHttpSession()
 
 QFuture<HttpResponse> QtHttpSession::send(HttpRequest request)
 {
-    auto parcel = std::make_shared<Parcel>();
-    parcel->request = std::move(request);
-    parcel->promise.start();
-    auto future = parcel->promise.future();
-    parcel->isSealed.store(true, std::memory_order_release);
-    QMetaObject::invokeMethod(
-        m_worker,
-        [worker = m_worker, parcel = std::move(parcel)] {
-            parcel->isOpened = parcel->isSealed.load(std::memory_order_acquire);
-            worker->begin(std::move(parcel->request), std::move(parcel->promise));
-        },
-        Qt::QueuedConnection);
+    QPromise<HttpResponse> promise;
+    promise.start();
+    auto future = promise.future();
+    m_worker->send(std::move(request), std::move(promise));
     return future;
 }
 
