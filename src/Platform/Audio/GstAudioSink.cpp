@@ -36,6 +36,18 @@ GstElement *soundServerSink()
     return nullptr;
 }
 
+/// The best sink that opens; where none does, GStreamer puts one that plays to nobody in its place.
+GstElement *anySink()
+{
+    const auto sink = gst_element_factory_make("autoaudiosink", nullptr);
+    if (!sink)
+        return nullptr;
+    gst_element_set_state(sink, GST_STATE_READY);
+    if (const GstPtr<GstElement> fake(gst_bin_get_by_name(GST_BIN(sink), "fake-audio-sink")); fake)
+        qWarning() << "[Audio] no sound output was found: playing to nobody";
+    return sink;
+}
+
 } // namespace
 
 GstElement *makeAudioSink(const QByteArray &description)
@@ -43,7 +55,7 @@ GstElement *makeAudioSink(const QByteArray &description)
     if (!description.isEmpty())
         return describedSink(description);
     const auto sink = soundServerSink();
-    return sink ? sink : gst_element_factory_make("autoaudiosink", nullptr);
+    return sink ? sink : anySink();
 }
 
 } // namespace navorin

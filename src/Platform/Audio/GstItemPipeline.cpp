@@ -6,12 +6,15 @@
 
 #include <algorithm>
 #include <limits>
+#include <thread>
 #include <utility>
 
 namespace navorin {
 namespace {
 
 using namespace std::chrono_literals;
+
+constexpr double unknown = std::numeric_limits<double>::quiet_NaN();
 
 } // namespace
 
@@ -57,15 +60,19 @@ void GstItemPipeline::seek(double seconds, quint64 serial)
 
 double GstItemPipeline::position() const
 {
-    GstPtr<GstElement> pipeline;
-    {
-        const std::scoped_lock lock(m_pipelineMutex);
-        if (m_pipeline)
-            pipeline.reset(GST_ELEMENT(gst_object_ref(m_pipeline.get())));
-    }
+    // Under the mutex, so that the sink is not started between the check and the query.
+    const std::scoped_lock lock(m_pipelineMutex);
+    if (!m_pipeline)
+        return unknown;
+    const auto age = m_start.age();
+    return age < settling ? m_start.position + std::chrono::duration<double>(age).count() : queryPosition();
+}
+
+double GstItemPipeline::queryPosition() const
+{
     gint64 position = -1;
-    if (!pipeline || !gst_element_query_position(pipeline.get(), GST_FORMAT_TIME, &position) || position < 0)
-        return std::numeric_limits<double>::quiet_NaN();
+    if (!gst_element_query_position(m_pipeline.get(), GST_FORMAT_TIME, &position) || position < 0)
+        return unknown;
     return double(position) / double(GST_SECOND);
 }
 
@@ -115,15 +122,34 @@ void GstItemPipeline::apply()
     if (!m_pipeline)
         return;
     const bool sounding = m_wanted && m_prerolled && m_filled && !m_over;
-    const auto state = sounding ? GST_STATE_PLAYING : GST_STATE_PAUSED;
-    if (state == m_state)
-        return;
-    setState(state);
-    emitEvent(Sounding{sounding});
+    if (sounding && m_state != GST_STATE_PLAYING)
+        startSounding();
+    else if (!sounding && m_state == GST_STATE_PLAYING)
+        stopSounding();
+
     if (sounding)
         watchStore();
+    else if (m_wanted && !m_over && isNetwork())
+        watchSource();
     else
         m_thread.clearAlarm();
+}
+
+void GstItemPipeline::startSounding()
+{
+    {
+        const std::scoped_lock lock(m_pipelineMutex);
+        m_start = {Clock::now(), Time(gst_element_get_start_time(m_pipeline.get())), queryPosition()};
+    }
+    setState(GST_STATE_PLAYING);
+    emitEvent(Sounding{true});
+}
+
+void GstItemPipeline::stopSounding()
+{
+    std::this_thread::sleep_for(settling - m_start.age()); // pausing reads the clock
+    setState(GST_STATE_PAUSED);
+    emitEvent(Sounding{false});
 }
 
 void GstItemPipeline::setState(GstState state)
@@ -145,6 +171,7 @@ void GstItemPipeline::setState(GstState state)
 void GstItemPipeline::startFilling(Time target)
 {
     m_filled = false;
+    m_fillingSince = Clock::now();
     m_target = target;
     m_fillingTurn = ++m_turn;
     if (m_endStored || stored() >= target)
@@ -169,6 +196,8 @@ GstItemPipeline::Time GstItemPipeline::stored() const
 
 GstItemPipeline::Time GstItemPipeline::playedUntil() const
 {
+    if (const auto age = m_start.age(); age < settling)
+        return m_start.runningTime + age;
     const GstPtr<GstClock> clock(gst_element_get_clock(m_pipeline.get()));
     if (!clock)
         return Time(0);
@@ -180,8 +209,8 @@ GstItemPipeline::Time GstItemPipeline::playedUntil() const
 void GstItemPipeline::watchStore()
 {
     const auto end = m_storedUntil.load();
-    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(end - playedUntil());
-    m_thread.setAlarm(std::max(remaining, 20ms), [this, end] { checkStore(end); });
+    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(end - reserve - playedUntil());
+    m_thread.setAlarm(std::max(remaining, 10ms), [this, end] { checkStore(end); });
 }
 
 void GstItemPipeline::checkStore(Time seenEnd)
@@ -190,7 +219,7 @@ void GstItemPipeline::checkStore(Time seenEnd)
         return;
     const auto end = m_storedUntil.load();
     // Some clocks stand still without sound: then only the store itself tells that nothing has come.
-    if (!m_endStored && (end == seenEnd || end <= playedUntil()))
+    if (!m_endStored && (end == seenEnd || end - reserve <= playedUntil()))
         ranDry();
     else
         watchStore();
@@ -204,6 +233,27 @@ void GstItemPipeline::ranDry()
     }
     startFilling(refillLevel);
     apply();
+}
+
+/// Looks again when the source will have been silent for too long.
+void GstItemPipeline::watchSource()
+{
+    const auto since = std::max(m_lastArrival.load(), m_fillingSince);
+    const auto limit = m_config.networkTimeout + grace;
+    const auto remaining = std::chrono::ceil<std::chrono::milliseconds>(since + limit - Clock::now());
+    m_thread.setAlarm(std::max(remaining, 10ms), [this] { checkSource(); });
+}
+
+void GstItemPipeline::checkSource()
+{
+    const auto now = Clock::now();
+    const auto limit = m_config.networkTimeout + grace;
+    if (now >= std::max(m_lastArrival.load(), m_fillingSince) + limit)
+        fail(QStringLiteral("no data came for too long"));
+    else if (now >= m_fillingSince + 2 * limit && stored() == Time(0))
+        fail(QStringLiteral("what comes is no sound"));
+    else
+        watchSource();
 }
 
 void GstItemPipeline::carryOutSeek()
@@ -242,7 +292,7 @@ void GstItemPipeline::readDuration()
 {
     gint64 duration = -1;
     if (!gst_element_query_duration(m_pipeline.get(), GST_FORMAT_TIME, &duration) || duration < 0)
-        emitEvent(DurationKnown{std::numeric_limits<double>::quiet_NaN()});
+        emitEvent(DurationKnown{unknown});
     else
         emitEvent(DurationKnown{double(duration) / double(GST_SECOND)});
 }
@@ -300,13 +350,26 @@ void GstItemPipeline::handleError(GstMessage *message)
 {
     GError *error = nullptr;
     gst_message_parse_error(message, &error, nullptr);
-    const auto text = QString::fromUtf8(error->message);
+    const bool ofSource = GST_MESSAGE_SRC(message) == GST_OBJECT_CAST(m_source);
+    const auto text = describe(*error, ofSource);
     g_error_free(error);
     // What was received before the connection broke is still worth hearing.
-    if (GST_MESSAGE_SRC(message) == GST_OBJECT_CAST(m_source) && m_filled)
+    if (ofSource && m_filled)
         m_sourceError = text;
     else
         fail(text);
+}
+
+/// The HTTP source has no words for a connection that fails: it speaks of an internal error, or of the range
+/// that it asked for when it tried once more.
+QString GstItemPipeline::describe(const GError &error, bool ofSource) const
+{
+    const bool wordless = g_error_matches(&error, GST_STREAM_ERROR, GST_STREAM_ERROR_FAILED) ||
+                          g_error_matches(&error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_SEEK);
+    if (!ofSource || !isNetwork() || !wordless)
+        return QString::fromUtf8(error.message);
+    return m_lastArrival.load() == Clock::time_point() ? QStringLiteral("the server does not answer")
+                                                       : QStringLiteral("the connection to the server broke");
 }
 
 void GstItemPipeline::handleEnd()

@@ -90,12 +90,29 @@ private:
         quint64 serial;
     };
     using Time = std::chrono::nanoseconds;
+    using Clock = std::chrono::steady_clock;
+    /// Where the item stood when the sink was last started.
+    struct Start
+    {
+        Clock::time_point at;
+        Time runningTime{};
+        double position = 0;
+
+        [[nodiscard]] Time age() const { return Clock::now() - at; }
+    };
 
     /// Enough sound to bridge the beats of a stream that is sent at its own pace, little enough to be heard
     /// at once.
     static constexpr Time startLevel = std::chrono::milliseconds(200);
     /// A connection that has failed once will fail again: build up some more.
     static constexpr Time refillLevel = std::chrono::seconds(1);
+    /// What is left in store when it counts as run dry.
+    static constexpr Time reserve = std::chrono::milliseconds(60);
+    /// For some moments after a start the clock of a PulseAudio stream can give nonsense, and it would cling
+    /// to it for good if it were read then: nobody reads it before this time has passed.
+    static constexpr Time settling = std::chrono::milliseconds(150);
+    /// How long the source's own time-out may be overdue.
+    static constexpr Time grace = std::chrono::seconds(2);
 
     void emitEvent(Event event);
 
@@ -107,12 +124,16 @@ private:
     void destroy();
     void fail(const QString &error);
     void apply();
+    void startSounding();
+    void stopSounding();
     void setState(GstState state);
     void startFilling(Time target);
     void filled(int turn);
     void watchStore();
     void checkStore(Time seenEnd);
     void ranDry();
+    void watchSource();
+    void checkSource();
     void carryOutSeek();
     [[nodiscard]] bool canSeek() const;
     void readDuration();
@@ -123,6 +144,9 @@ private:
     void handleTracks(int count);
     [[nodiscard]] Time stored() const;
     [[nodiscard]] Time playedUntil() const;
+    [[nodiscard]] bool isNetwork() const { return !m_config.uri.startsWith("file:"); }
+    [[nodiscard]] QString describe(const GError &error, bool ofSource) const;
+    [[nodiscard]] double queryPosition() const;
 
     // Streaming threads.
     static GstBusSyncReply onMessage(GstBus *bus, GstMessage *message, gpointer data);
@@ -130,6 +154,7 @@ private:
     static void onNoMorePads(GstElement *decoder, gpointer data);
     static int onAutoplugSelect(GstElement *decoder, GstPad *pad, GstCaps *caps, GstElementFactory *factory,
                                 gpointer data);
+    static GstPadProbeReturn onSourceOutput(GstPad *pad, GstPadProbeInfo *info, gpointer data);
     static GstPadProbeReturn onStoreInput(GstPad *pad, GstPadProbeInfo *info, gpointer data);
     void bufferStored(GstBuffer *buffer);
     void eventStored(GstEvent *event);
@@ -139,8 +164,10 @@ private:
     Listener m_listener;
     SerialThread m_thread;
 
+    // Written on the pipeline's thread, under the mutex.
     mutable std::mutex m_pipelineMutex;
-    GstPtr<GstElement> m_pipeline; // written on the pipeline's thread, under the mutex
+    GstPtr<GstElement> m_pipeline;
+    Start m_start;
 
     // The pipeline's thread. The elements belong to the pipeline; they are set before it starts.
     GstElement *m_source = nullptr;
@@ -156,6 +183,7 @@ private:
     bool m_over = false; // ended, until a seek
     bool m_failed = false;
     int m_turn = 0; // counts the fillings
+    Clock::time_point m_fillingSince;
     std::optional<Seek> m_pendingSeek;
     std::optional<Seek> m_runningSeek;
     std::optional<QString> m_sourceError; // told when the store has been played
@@ -166,6 +194,7 @@ private:
     std::atomic_bool m_endStored = false;
     std::atomic<Time> m_storedUntil{}; // running time at which the store ends
     std::atomic_int m_audioPads = 0;
+    std::atomic<Clock::time_point> m_lastArrival{}; // the clock's zero: nothing has come
 
     GstSegment m_segment{}; // streaming thread
 };

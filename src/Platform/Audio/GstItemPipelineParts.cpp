@@ -80,8 +80,10 @@ bool GstItemPipeline::addDecodingChain()
     g_signal_connect(decoder, "autoplug-select", G_CALLBACK(onAutoplugSelect), this);
     g_signal_connect(decoder, "pad-added", G_CALLBACK(onPadAdded), this);
     g_signal_connect(decoder, "no-more-pads", G_CALLBACK(onNoMorePads), this);
-    if (m_config.uri.startsWith("file:"))
+    if (!isNetwork())
         return addChain(m_pipeline.get(), {m_source, decoder});
+    if (const GstPtr<GstPad> output(gst_element_get_static_pad(m_source, "src")); output)
+        gst_pad_add_probe(output.get(), GST_PAD_PROBE_TYPE_BUFFER, onSourceOutput, this, nullptr);
     const auto ahead = make("queue2");
     if (ahead)
         g_object_set(ahead, "max-size-buffers", 0, "max-size-bytes", networkStore, "max-size-time",
@@ -154,6 +156,12 @@ void GstItemPipeline::onNoMorePads(GstElement *, gpointer data)
     const auto self = static_cast<GstItemPipeline *>(data);
     const auto count = self->m_audioPads.exchange(0);
     self->m_thread.post([self, count] { self->handleTracks(count); });
+}
+
+GstPadProbeReturn GstItemPipeline::onSourceOutput(GstPad *, GstPadProbeInfo *, gpointer data)
+{
+    static_cast<GstItemPipeline *>(data)->m_lastArrival = Clock::now();
+    return GST_PAD_PROBE_OK;
 }
 
 GstPadProbeReturn GstItemPipeline::onStoreInput(GstPad *, GstPadProbeInfo *info, gpointer data)
