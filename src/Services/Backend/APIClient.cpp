@@ -6,15 +6,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-QList<Station> stationsIn(QFuture<HttpResponse> &answer)
+QList<Station> stationsIn(const QFuture<HttpResponse> &answer)
 {
-    auto response = json::decode<StationsResponse>(judged(HttpVerb::Get, received(answer)));
+    auto response = json::decode<StationsResponse>(judged(HttpVerb::Get, answer.result()));
     if (!response.data)
         throw APIError::decoding();
     return *std::move(response.data);
 }
 
-Station hydratedStationIn(QFuture<HttpResponse> &answer, const QString &genre)
+Station hydratedStationIn(const QFuture<HttpResponse> &answer, const QString &genre)
 {
     auto stations = stationsIn(answer);
     if (stations.isEmpty())
@@ -68,7 +68,8 @@ std::optional<QUrl> APIClient::absolute(const std::optional<QString> &text) cons
 QFuture<QList<Station>> APIClient::fetchStations() const
 {
     return m_session.send(catalogueRequest(m_baseUrl, u"api/stations"_s))
-        .then(QThreadPool::globalInstance(), [](QFuture<HttpResponse> answer) { return stationsIn(answer); });
+        .then(QThreadPool::globalInstance(),
+              [](const QFuture<HttpResponse> &answer) { return stationsIn(answer); });
 }
 
 QFuture<Station> APIClient::hydrateSongsara(const QString &genre) const
@@ -77,7 +78,7 @@ QFuture<Station> APIClient::hydrateSongsara(const QString &genre) const
     id.remove(u"songsara-"_s);
     return m_session.send(catalogueRequest(m_baseUrl, u"api/songsara/playlist/"_s + id))
         .then(QThreadPool::globalInstance(),
-              [genre](QFuture<HttpResponse> answer) { return hydratedStationIn(answer, genre); });
+              [genre](const QFuture<HttpResponse> &answer) { return hydratedStationIn(answer, genre); });
 }
 
 } // namespace navorin

@@ -76,8 +76,8 @@ private:
     QFuture<T> decoded(HttpVerb verb, HttpRequest request) const
     {
         return m_session.send(std::move(request))
-            .then(QThreadPool::globalInstance(), [verb](QFuture<HttpResponse> answer) {
-                return json::decode<T>(judged(verb, received(answer)));
+            .then(QThreadPool::globalInstance(), [verb](const QFuture<HttpResponse> &answer) {
+                return json::decode<T>(judged(verb, answer.result()));
             });
     }
 

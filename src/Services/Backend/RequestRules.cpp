@@ -113,26 +113,17 @@ HttpRequest deleteRequest(const QUrl &base, const QString &path, const std::opti
     return genericRequest(HttpVerb::Delete, withPath(base, path), token);
 }
 
-QByteArray judged(HttpVerb verb, HttpResponse response)
+QByteArray judged(HttpVerb verb, const HttpResponse &response)
 {
     const auto status = response.status.value_or(-1);
     if (status >= 200 && status <= 299)
-        return std::move(response.body);
+        return response.body;
     const auto staysSilent = verb == HttpVerb::Get || (verb == HttpVerb::Post && !response.status);
     if (!staysSilent) {
         if (auto message = messageIn(response.body))
             throw ServerError(*std::move(message), status);
     }
     throw APIError::http(status);
-}
-
-HttpResponse received(QFuture<HttpResponse> &answer)
-{
-    answer.waitForFinished(); // throws what it failed with
-    if (answer.resultCount() == 0)
-        throw TransportError(TransportError::Kind::Cancelled, u"the request was cancelled"_s);
-    // takeResult() would reset the state under the promise, which may not have been destroyed yet.
-    return answer.result();
 }
 
 } // namespace navorin

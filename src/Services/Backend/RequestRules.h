@@ -2,7 +2,6 @@
 
 #include "Platform/Http/HttpSession.h"
 
-#include <QFuture>
 #include <QJsonObject>
 #include <QList>
 #include <QString>
@@ -36,9 +35,6 @@ using QueryItems = QList<std::pair<QString, QString>>;
 /// The body of a success. Otherwise throws: APIError with the status from a GET, whatever the body says; from
 /// the other verbs ServerError if the body brings a message. An answer that is not HTTP counts as status -1,
 /// and POST does not look into its body.
-[[nodiscard]] QByteArray judged(HttpVerb verb, HttpResponse response);
-
-/// The response of a finished exchange; throws what it failed with.
-[[nodiscard]] HttpResponse received(QFuture<HttpResponse> &answer);
+[[nodiscard]] QByteArray judged(HttpVerb verb, const HttpResponse &response);
 
 } // namespace navorin

@@ -100,13 +100,11 @@ QCoro::Task<void> StationStore::load(bool force)
     setLoading(true);
     setErrorMessage({});
     try {
-        auto fresh = m_client.fetchStations().then(QThreadPool::globalInstance(),
-                                                   [old = m_stations](QFuture<QList<Station>> answer) {
-                                                       answer.waitForFinished();
-                                                       return withCarriedTracks(answer.result(), old);
-                                                   });
-        co_await QFuture<void>(fresh);
-        publish(fresh.result());
+        const auto fresh = m_client.fetchStations().then(
+            QThreadPool::globalInstance(), [old = m_stations](const QFuture<QList<Station>> &answer) {
+                return withCarriedTracks(answer.result(), old);
+            });
+        publish(co_await fresh);
     } catch (...) {
         if (m_stations.isEmpty() || force)
             setErrorMessage(errorDescription(std::current_exception()));

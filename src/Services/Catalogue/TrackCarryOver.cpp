@@ -14,13 +14,12 @@ QList<Station> withCarriedTracks(QList<Station> fresh, const QList<Station> &old
             qFatal("two stations bear the genre \"%s\"", qPrintable(station.genre));
         carried.insert(station.genre, &*station.tracks);
     }
-    if (carried.isEmpty())
-        return fresh;
-    for (auto &station : fresh) {
+    for (qsizetype i = 0; i < fresh.size(); ++i) {
+        const auto &station = fresh.at(i);
         if (!station.tracks || station.hasTracks())
             continue;
         if (const auto *tracks = carried.value(station.genre))
-            station.tracks = *tracks;
+            fresh[i].tracks = *tracks;
     }
     return fresh;
 }
