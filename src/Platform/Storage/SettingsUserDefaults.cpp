@@ -115,8 +115,10 @@ void SettingsUserDefaults::save()
     if (file.status() == QSettings::AccessError)
         return;
     const QMutexLocker locker(&m_lock);
-    m_unsaved.removeIf(
-        [&fragments](const auto &unsaved) { return fragments.value(unsaved.key()) == unsaved.value(); });
+    m_unsaved.removeIf([&fragments](const auto &unsaved) {
+        const auto saved = fragments.constFind(unsaved.key());
+        return saved != fragments.cend() && *saved == unsaved.value();
+    });
 }
 
 SettingsUserDefaults::Version SettingsUserDefaults::currentVersion() const
