@@ -100,12 +100,12 @@ void GstItemPipeline::destroy()
         pipeline = std::move(m_pipeline);
     }
     m_thread.clearAlarm();
-    m_source = m_entry = m_store = m_gain = nullptr;
     if (!pipeline)
         return;
     gst_element_set_state(pipeline.get(), GST_STATE_NULL);
     const GstPtr<GstBus> bus(gst_element_get_bus(pipeline.get()));
     gst_bus_set_sync_handler(bus.get(), nullptr, nullptr, nullptr);
+    m_source = m_entry = m_store = m_gain = nullptr;
 }
 
 void GstItemPipeline::fail(const QString &error)
@@ -121,7 +121,7 @@ void GstItemPipeline::apply()
 {
     if (!m_pipeline)
         return;
-    const bool sounding = m_wanted && m_prerolled && m_filled && !m_over;
+    const bool sounding = m_wanted && m_prerolled && m_filled && !m_over && !m_runningSeek;
     if (sounding && m_state != GST_STATE_PLAYING)
         startSounding();
     else if (!sounding && m_state == GST_STATE_PLAYING)
@@ -129,7 +129,7 @@ void GstItemPipeline::apply()
 
     if (sounding)
         watchStore();
-    else if (m_wanted && !m_over && isNetwork())
+    else if (m_wanted && !m_over)
         watchSource();
     else
         m_thread.clearAlarm();
@@ -190,7 +190,8 @@ void GstItemPipeline::filled(int turn)
 GstItemPipeline::Time GstItemPipeline::stored() const
 {
     guint64 level = 0;
-    g_object_get(m_store, "current-level-time", &level, nullptr);
+    if (m_store)
+        g_object_get(m_store, "current-level-time", &level, nullptr);
     return Time(level);
 }
 
@@ -265,22 +266,31 @@ void GstItemPipeline::carryOutSeek()
         emitEvent(SeekDone{seek.serial});
         return;
     }
-    m_filled = false;
-    apply();
-    m_over = false;
-    m_prerolled = false;
     m_runningSeek = seek;
+    m_over = false;
+    apply();
+    m_fillingSince = Clock::now();
     const auto target = gint64(std::max(seek.seconds, 0.0) * double(GST_SECOND));
-    if (!gst_element_seek_simple(m_pipeline.get(), GST_FORMAT_TIME, GST_SEEK_FLAG_FLUSH, target)) {
-        m_prerolled = true;
-        m_runningSeek.reset();
-        emitEvent(SeekDone{seek.serial});
-    }
+    m_flushed = false;
+    if (!gst_element_seek_simple(m_pipeline.get(), GST_FORMAT_TIME, GST_SEEK_FLAG_FLUSH, target))
+        handleSeekDone();
+}
+
+/// The first sound from the new place has arrived.
+void GstItemPipeline::handleSeekDone()
+{
+    if (!m_runningSeek)
+        return;
+    emitEvent(SeekDone{std::exchange(m_runningSeek, std::nullopt)->serial});
     startFilling(startLevel);
+    carryOutSeek();
+    apply();
 }
 
 bool GstItemPipeline::canSeek() const
 {
+    if (m_seekRefused)
+        return false;
     const GstPtr<GstQuery> query(gst_query_new_seeking(GST_FORMAT_TIME));
     gboolean seekable = FALSE;
     if (gst_element_query(m_pipeline.get(), query.get()))
@@ -340,8 +350,6 @@ void GstItemPipeline::handlePrerolled()
     if (!std::exchange(m_opened, true))
         emitEvent(Prerolled{});
     readDuration();
-    if (const auto seek = std::exchange(m_runningSeek, std::nullopt))
-        emitEvent(SeekDone{seek->serial});
     carryOutSeek();
     apply();
 }
@@ -352,12 +360,28 @@ void GstItemPipeline::handleError(GstMessage *message)
     gst_message_parse_error(message, &error, nullptr);
     const bool ofSource = GST_MESSAGE_SRC(message) == GST_OBJECT_CAST(m_source);
     const auto text = describe(*error, ofSource);
+    const bool refusesSeek =
+        ofSource && m_runningSeek && g_error_matches(error, GST_RESOURCE_ERROR, GST_RESOURCE_ERROR_SEEK);
     g_error_free(error);
+    if (refusesSeek)
+        return reopen();
     // What was received before the connection broke is still worth hearing.
     if (ofSource && m_filled)
         m_sourceError = text;
     else
         fail(text);
+}
+
+/// A server that promised a length but sends no ranges has dropped the stream at the attempt: all that is
+/// left is to begin anew.
+void GstItemPipeline::reopen()
+{
+    destroy();
+    m_seekRefused = true;
+    emitEvent(SeekDone{std::exchange(m_runningSeek, std::nullopt)->serial});
+    m_state = GST_STATE_NULL;
+    m_opened = m_prerolled = m_over = false;
+    build();
 }
 
 /// The HTTP source has no words for a connection that fails: it speaks of an internal error, or of the range

@@ -135,12 +135,14 @@ private:
     void watchSource();
     void checkSource();
     void carryOutSeek();
+    void handleSeekDone();
     [[nodiscard]] bool canSeek() const;
     void readDuration();
     void handle(GstMessage *message);
     void handlePrerolled();
     void handleError(GstMessage *message);
     void handleEnd();
+    void reopen();
     void handleTracks(int count);
     [[nodiscard]] Time stored() const;
     [[nodiscard]] Time playedUntil() const;
@@ -157,6 +159,7 @@ private:
     static GstPadProbeReturn onSourceOutput(GstPad *pad, GstPadProbeInfo *info, gpointer data);
     static GstPadProbeReturn onStoreInput(GstPad *pad, GstPadProbeInfo *info, gpointer data);
     void bufferStored(GstBuffer *buffer);
+    void soundOrEndStored();
     void eventStored(GstEvent *event);
 
     const Config m_config;
@@ -184,15 +187,18 @@ private:
     bool m_failed = false;
     int m_turn = 0; // counts the fillings
     Clock::time_point m_fillingSince;
+    bool m_seekRefused = false;
     std::optional<Seek> m_pendingSeek;
     std::optional<Seek> m_runningSeek;
     std::optional<QString> m_sourceError; // told when the store has been played
 
     // Shared with the streaming threads.
+    std::atomic_int m_generation = 0;  // of the pipeline: tells late messages of an earlier one
     std::atomic_int m_fillingTurn = 0; // 0: nobody waits for the store
     std::atomic<Time> m_target{};
     std::atomic_bool m_endStored = false;
-    std::atomic<Time> m_storedUntil{}; // running time at which the store ends
+    std::atomic_bool m_flushed = false; // nothing was stored since
+    std::atomic<Time> m_storedUntil{};  // running time at which the store ends
     std::atomic_int m_audioPads = 0;
     std::atomic<Clock::time_point> m_lastArrival{}; // the clock's zero: nothing has come
 

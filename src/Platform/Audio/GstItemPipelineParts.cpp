@@ -45,6 +45,7 @@ void setIfPresent(GstElement *element, const char *property, int value)
 void GstItemPipeline::build()
 {
     initialiseGStreamer();
+    ++m_generation;
     GstPtr<GstElement> pipeline(GST_ELEMENT(gst_object_ref_sink(gst_pipeline_new(nullptr))));
     const GstPtr<GstBus> bus(gst_element_get_bus(pipeline.get()));
     gst_bus_set_sync_handler(bus.get(), onMessage, this, nullptr);
@@ -107,7 +108,7 @@ bool GstItemPipeline::addSoundChain()
     const GstPtr<GstPad> input(gst_element_get_static_pad(m_store, "sink"));
     gst_pad_add_probe(input.get(),
                       GstPadProbeType(GST_PAD_PROBE_TYPE_BUFFER | GST_PAD_PROBE_TYPE_EVENT_DOWNSTREAM |
-                                      GST_PAD_PROBE_TYPE_EVENT_FLUSH),
+                                      GST_PAD_PROBE_TYPE_EVENT_FLUSH | GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM),
                       onStoreInput, this, nullptr);
     return true;
 }
@@ -119,8 +120,10 @@ GstBusSyncReply GstItemPipeline::onMessage(GstBus *, GstMessage *message, gpoint
                             GST_MESSAGE_REQUEST_STATE;
     const auto self = static_cast<GstItemPipeline *>(data);
     if (GST_MESSAGE_TYPE(message) & handled)
-        self->m_thread.post([self, kept = std::shared_ptr<GstMessage>(message, gst_message_unref)] {
-            self->handle(kept.get());
+        self->m_thread.post([self, generation = self->m_generation.load(),
+                             kept = std::shared_ptr<GstMessage>(message, gst_message_unref)] {
+            if (generation == self->m_generation)
+                self->handle(kept.get());
         });
     else
         gst_message_unref(message);
@@ -167,6 +170,11 @@ GstPadProbeReturn GstItemPipeline::onSourceOutput(GstPad *, GstPadProbeInfo *, g
 GstPadProbeReturn GstItemPipeline::onStoreInput(GstPad *, GstPadProbeInfo *info, gpointer data)
 {
     const auto self = static_cast<GstItemPipeline *>(data);
+    if (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM) {
+        // This question would wait until the store is empty, just where one song of a stream follows another.
+        const bool waits = GST_QUERY_TYPE(GST_PAD_PROBE_INFO_QUERY(info)) == GST_QUERY_ALLOCATION;
+        return waits ? GST_PAD_PROBE_DROP : GST_PAD_PROBE_OK;
+    }
     if (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_BUFFER)
         self->bufferStored(GST_PAD_PROBE_INFO_BUFFER(info));
     else
@@ -174,8 +182,16 @@ GstPadProbeReturn GstItemPipeline::onStoreInput(GstPad *, GstPadProbeInfo *info,
     return GST_PAD_PROBE_OK;
 }
 
+/// After a flush this is where a seek has landed.
+void GstItemPipeline::soundOrEndStored()
+{
+    if (m_flushed.exchange(false))
+        m_thread.post([this] { handleSeekDone(); });
+}
+
 void GstItemPipeline::bufferStored(GstBuffer *buffer)
 {
+    soundOrEndStored();
     if (!GST_BUFFER_PTS_IS_VALID(buffer))
         return;
     const auto length = GST_BUFFER_DURATION_IS_VALID(buffer) ? GST_BUFFER_DURATION(buffer) : 0;
@@ -199,9 +215,11 @@ void GstItemPipeline::eventStored(GstEvent *event)
     case GST_EVENT_FLUSH_STOP:
         m_storedUntil = Time(0);
         m_endStored = false;
+        m_flushed = true;
         break;
     case GST_EVENT_EOS:
         m_endStored = true;
+        soundOrEndStored();
         if (const auto turn = m_fillingTurn.exchange(0))
             m_thread.post([this, turn] { filled(turn); });
         break;
