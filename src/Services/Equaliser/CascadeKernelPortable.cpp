@@ -31,15 +31,9 @@ struct Lanes
     friend Lanes operator-(Lanes a, Lanes b) { return {a.four - b.four, a.fifth - b.fifth}; }
     friend Lanes operator*(Lanes a, Lanes b) { return {a.four * b.four, a.fifth * b.fifth}; }
 
-    Lanes rotated() const
-    {
-        return {__builtin_shuffle(Four{fifth, fifth, fifth, fifth}, four, FourMask{0, 4, 5, 6}), four[3]};
-    }
+    Lanes rotated() const { return {__builtin_shufflevector(Four{fifth}, four, 0, 4, 5, 6), four[3]}; }
     float first() const { return four[0]; }
-    Lanes withFirst(float x) const
-    {
-        return {__builtin_shuffle(Four{x, x, x, x}, four, FourMask{0, 5, 6, 7}), fifth};
-    }
+    Lanes withFirst(float x) const { return {__builtin_shufflevector(Four{x}, four, 0, 5, 6, 7), fifth}; }
 
     static Mask between(unsigned from, unsigned to)
     {

@@ -2,9 +2,9 @@
 
 #include <QTest>
 
+#include <bit>
 #include <cmath>
 #include <complex>
-#include <cstring>
 #include <numbers>
 #include <random>
 
@@ -33,7 +33,8 @@ std::vector<float> noise(std::size_t samples, float loudness)
 
 bool sameBits(const std::vector<float> &a, const std::vector<float> &b)
 {
-    return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
+    const auto bits = [](float sample) { return std::bit_cast<quint32>(sample); };
+    return std::ranges::equal(a, b, {}, bits, bits);
 }
 
 } // namespace
