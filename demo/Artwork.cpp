@@ -92,18 +92,15 @@ QImage drawArtwork(std::string_view name, std::string_view programme)
                                       [name](const Cover &cover) { return cover.name == name; });
     Random chance(hashText(std::string(name) + "?" + std::string(programme)));
     const bool own = station != stationCovers.end();
-    const auto any = [&chance]() -> const Cover & {
-        return stationCovers[static_cast<std::size_t>(chance.below(static_cast<int>(stationCovers.size())))];
-    };
-    const Cover &drawing = own ? *station : any();
-    const Cover &colours = own ? *station : any();
-    const double shift = own && programme.empty() ? 0 : chance.between(-0.16, 0.16);
+    const Cover &cover =
+        own ? *station : stationCovers[static_cast<std::size_t>(chance.below(stationCovers.size()))];
+    const double shift = own && programme.empty() ? 0 : chance.between(-0.2, 0.2);
 
     QImage image(artworkSize, artworkSize, QImage::Format_RGB32);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    Brush brush(painter, paletteOf(colours, shift), Random(chance.next()));
-    drawing.paint(brush);
+    Brush brush(painter, paletteOf(cover, shift), Random(chance.next()));
+    cover.paint(brush);
     painter.end();
     addGrain(image, chance);
     return image;

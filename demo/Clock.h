@@ -9,21 +9,30 @@ class Clock
 {
 public:
     explicit Clock(double scale)
-        : m_start(wallSeconds())
-        , m_scale(scale)
+        : m_scale(scale)
     {
     }
 
-    [[nodiscard]] double now() const { return m_start + (wallSeconds() - m_start) * m_scale; }
+    [[nodiscard]] double now() const { return m_startedAt + (Steady::now() - m_start).count() * m_scale; }
+
+    /// How long this many seconds of the server's clock really take.
+    [[nodiscard]] std::chrono::duration<double> real(double seconds) const
+    {
+        return std::chrono::duration<double>(seconds / m_scale);
+    }
 
 private:
-    static double wallSeconds()
+    struct Steady
     {
-        const auto since = std::chrono::system_clock::now().time_since_epoch();
-        return std::chrono::duration<double>(since).count();
-    }
+        static std::chrono::duration<double> now()
+        {
+            return std::chrono::steady_clock::now().time_since_epoch();
+        }
+    };
 
-    double m_start;
+    double m_startedAt =
+        std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+    std::chrono::duration<double> m_start = Steady::now();
     double m_scale;
 };
 

@@ -83,6 +83,28 @@ Reply distort(Reply reply, const Fault &fault, std::string_view target)
     }
 }
 
+/// The part of the body that the client asks for; the status and the headers say so.
+ByteRange chooseRange(const httplib::Request &request, httplib::Response &response, std::int64_t size)
+{
+    const ByteRange whole{0, size - 1};
+    if (response.status != 200)
+        return whole;
+    response.set_header("Accept-Ranges", "bytes");
+    const auto [kind, part] = parseRange(request.get_header_value("Range"), size);
+    if (kind == RangeKind::Whole)
+        return whole;
+    const std::string total = "/" + std::to_string(size);
+    if (kind == RangeKind::Unsatisfiable) {
+        response.status = 416;
+        response.set_header("Content-Range", "bytes *" + total);
+        return {0, -1};
+    }
+    response.status = 206;
+    response.set_header("Content-Range",
+                        "bytes " + std::to_string(part.first) + "-" + std::to_string(part.last) + total);
+    return part;
+}
+
 } // namespace
 
 HttpServer::HttpServer(const StopToken &stop, Faults &faults, Handler handler)
@@ -169,48 +191,29 @@ void HttpServer::answer(const httplib::Request &request, httplib::Response &resp
     send(request, response, std::move(reply), fault);
 }
 
-void HttpServer::logRequest(const httplib::Request &request, int status, std::int64_t bytes) const
-{
-    if (m_logs)
-        std::fprintf(stderr, "%s %s %d %lld\n", request.method.c_str(), request.target.c_str(), status,
-                     static_cast<long long>(bytes));
-}
-
 void HttpServer::send(const httplib::Request &request, httplib::Response &response, Reply reply,
                       const std::optional<Fault> &fault)
 {
+    response.status = reply.status;
     for (const auto &[name, value] : reply.headers)
         response.set_header(name, value);
-    response.set_header("Cache-Control", "no-cache");
-    response.status = reply.status;
-    std::int64_t length = reply.body.size();
-    if (reply.stream) {
+    std::optional<std::int64_t> length;
+    if (reply.endless) {
         response.set_header("Connection", "close");
+        response.set_header("Accept-Ranges", "none");
     } else {
-        ByteRange range{0, length - 1};
-        if (reply.status == 200) {
-            const auto [kind, part] = parseRange(request.get_header_value("Range"), length);
-            const std::string total = "/" + std::to_string(length);
-            if (kind == RangeKind::Part) {
-                range = part;
-                response.status = 206;
-                response.set_header("Content-Range", "bytes " + std::to_string(range.first) + "-" +
-                                                         std::to_string(range.last) + total);
-            } else if (kind == RangeKind::Unsatisfiable) {
-                range = {0, -1};
-                response.status = 416;
-                response.set_header("Content-Range", "bytes */" + std::to_string(length));
-            }
-            response.set_header("Accept-Ranges", "bytes");
-        }
+        const ByteRange range = chooseRange(request, response, reply.body.size());
         length = range.last - range.first + 1;
-        response.set_header("Content-Length", std::to_string(length));
-        reply.stream = std::make_unique<MemorySource>(reply.body, range.first, length);
+        response.set_header("Content-Length", std::to_string(*length));
+        reply.stream = std::make_unique<MemorySource>(reply.body, range.first, *length);
     }
-    const bool endless = !response.has_header("Content-Length");
+    const std::string line = request.method + " " + request.target + " " + std::to_string(response.status);
     auto transmission = std::make_shared<Transmission>(
-        m_stop, std::move(reply.stream), sendingPlan(fault, endless ? std::nullopt : std::optional(length)),
-        [this, request, status = response.status](std::int64_t sent) { logRequest(request, status, sent); });
+        m_stop, std::move(reply.stream), sendingPlan(fault, length),
+        [logs = m_logs, line](std::int64_t sent) {
+            if (logs)
+                std::fprintf(stderr, "%s %lld\n", line.c_str(), static_cast<long long>(sent));
+        });
     response.set_content_provider(reply.contentType, [transmission](std::size_t, httplib::DataSink &sink) {
         return transmission->sendSome(sink);
     });

@@ -36,7 +36,6 @@ private:
     bool process_and_close_socket(socket_t socket) override;
 
     void answer(const httplib::Request &request, httplib::Response &response);
-    void logRequest(const httplib::Request &request, int status, std::int64_t bytes) const;
     void send(const httplib::Request &request, httplib::Response &response, Reply reply,
               const std::optional<Fault> &fault);
 

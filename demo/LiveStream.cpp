@@ -1,5 +1,6 @@
 #include "LiveStream.h"
 
+#include "Clock.h"
 #include "StopToken.h"
 
 #include <algorithm>
@@ -13,14 +14,16 @@ constexpr int chunkSamples = sampleRate / 5;
 
 } // namespace
 
-LiveStream::LiveStream(const Station &station, RingPosition position, MediaStore &media,
+LiveStream::LiveStream(const Station &station, RingPosition position, MediaStore &media, const Clock &clock,
                        const StopToken &stop, int metadataInterval)
     : m_station(station)
     , m_media(media)
+    , m_clock(clock)
     , m_stop(stop)
     , m_metadataInterval(metadataInterval)
     , m_untilMetadata(metadataInterval)
     , m_pages(0x4C697665)
+    , m_start(clock.now())
 {
     openSong(position.index);
     m_nextFrame = m_frames->indexAt(static_cast<std::int64_t>(position.elapsed * sampleRate)).value_or(0);
@@ -58,9 +61,9 @@ std::string_view LiveStream::next()
 
 bool LiveStream::keepPace() const
 {
-    const std::chrono::duration<double> ahead(static_cast<double>(m_sentSamples) / sampleRate - burstSeconds);
-    const auto wait = m_start + ahead - std::chrono::steady_clock::now();
-    return wait.count() <= 0 ? !m_stop.isStopped() : m_stop.sleep(wait);
+    const double due = m_start + static_cast<double>(m_sentSamples) / sampleRate - burstSeconds;
+    const double wait = due - m_clock.now();
+    return wait <= 0 ? !m_stop.isStopped() : m_stop.sleep(m_clock.real(wait));
 }
 
 std::vector<Frame> LiveStream::nextFrames()

@@ -4,22 +4,21 @@
 #include "OggPages.h"
 #include "Reply.h"
 
-#include <chrono>
-
 namespace navorin::demo {
 
+class Clock;
 class StopToken;
 
-/// One listener's endless stream of a live station: its songs one after the other, at the pace at which they
-/// play, after a first burst that fills the player's buffer.
+/// One listener's endless stream of a live station: its songs one after the other, at the pace of the
+/// server's clock, after a first burst that fills the player's buffer.
 class LiveStream : public ByteSource
 {
 public:
     /// Starts where the station's clock stands, or at the start of that song while it is still being encoded:
     /// a listener should not wait for that. A metadata interval above 0 puts the programme line into the
     /// stream after every so many bytes, as ICY clients ask for it.
-    LiveStream(const Station &station, RingPosition position, MediaStore &media, const StopToken &stop,
-               int metadataInterval);
+    LiveStream(const Station &station, RingPosition position, MediaStore &media, const Clock &clock,
+               const StopToken &stop, int metadataInterval);
 
     std::string_view next() override;
 
@@ -32,6 +31,7 @@ private:
 
     const Station &m_station;
     MediaStore &m_media;
+    const Clock &m_clock;
     const StopToken &m_stop;
     int m_metadataInterval;
     int m_untilMetadata;
@@ -42,7 +42,7 @@ private:
     OggPages m_pages;
     bool m_begun = false;
     std::int64_t m_sentSamples = 0;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    double m_start;
     QByteArray m_chunk;
 };
 

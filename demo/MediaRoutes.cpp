@@ -2,6 +2,7 @@
 
 #include "ArtworkStore.h"
 #include "Catalogue.h"
+#include "Clock.h"
 #include "LiveStream.h"
 #include "Routes.h"
 #include "StopToken.h"
@@ -46,10 +47,11 @@ Reply testTone(MediaStore &media, const httplib::Request &request)
     return audioFile(media, Sound::tone(hertz), mp3 ? FileFormat::Mp3 : FileFormat::Wav);
 }
 
-Reply liveStream(const Station &station, const Catalogue &catalogue, MediaStore &media, const StopToken &stop,
-                 const httplib::Request &request)
+Reply liveStream(const Station &station, const Catalogue &catalogue, MediaStore &media, const Clock &clock,
+                 const StopToken &stop, const httplib::Request &request)
 {
     Reply reply;
+    reply.endless = true;
     reply.contentType = contentType(station.codec);
     reply.headers.emplace_back("icy-name", station.name);
     const bool wantsMetadata =
@@ -57,8 +59,8 @@ Reply liveStream(const Station &station, const Catalogue &catalogue, MediaStore 
     if (wantsMetadata)
         reply.headers.emplace_back("icy-metaint", std::to_string(metadataInterval));
     if (request.method != "HEAD")
-        reply.stream = std::make_unique<LiveStream>(station, catalogue.positionOf(station), media, stop,
-                                                    wantsMetadata ? metadataInterval : 0);
+        reply.stream = std::make_unique<LiveStream>(station, catalogue.positionOf(station), media, clock,
+                                                    stop, wantsMetadata ? metadataInterval : 0);
     return reply;
 }
 
@@ -76,7 +78,7 @@ Reply track(const Station &station, const Catalogue &catalogue, MediaStore &medi
 } // namespace
 
 void addMediaRoutes(Routes &routes, const Catalogue &catalogue, MediaStore &media, ArtworkStore &artwork,
-                    const StopToken &stop)
+                    const Clock &clock, const StopToken &stop)
 {
     routes.add("GET", "/api/stations",
                [&catalogue](const auto &, const auto &) { return Reply::json(catalogue.listing()); });
@@ -90,8 +92,9 @@ void addMediaRoutes(Routes &routes, const Catalogue &catalogue, MediaStore &medi
         const Station *const station = catalogue.find(genre);
         if (station == nullptr)
             return notFound();
-        return station->kind == StationKind::Live ? liveStream(*station, catalogue, media, stop, request)
-                                                  : track(*station, catalogue, media, request);
+        return station->kind == StationKind::Live
+                   ? liveStream(*station, catalogue, media, clock, stop, request)
+                   : track(*station, catalogue, media, request);
     });
     routes.add("GET", "/artwork/", [&artwork](const httplib::Request &request, const std::string &file) {
         const std::string programme = request.get_param_value(request.has_param("p") ? "p" : "v");

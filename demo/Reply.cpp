@@ -42,6 +42,7 @@ Reply Reply::json(std::string text, int status)
     Reply reply;
     reply.status = status;
     reply.contentType = "application/json; charset=utf-8";
+    reply.headers.emplace_back("Cache-Control", "no-store");
     reply.body = QByteArray(text.data(), static_cast<qsizetype>(text.size()));
     return reply;
 }

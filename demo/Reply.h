@@ -36,13 +36,14 @@ private:
     std::int64_t m_end;
 };
 
-/// What a route answers. Either `body` (finite, ranges are honoured) or `stream` (endless, no length).
+/// What a route answers: a body, of which ranges can be asked for, or an endless stream without a length.
 struct Reply
 {
     int status = 200;
     std::string contentType;
     QByteArray body;
-    std::unique_ptr<ByteSource> stream;
+    bool endless = false;
+    std::unique_ptr<ByteSource> stream; ///< of an endless reply; none for a HEAD
     std::vector<std::pair<std::string, std::string>> headers;
 
     static Reply json(std::string text, int status = 200);

@@ -59,7 +59,7 @@ int serve(const Options &options, const sigset_t &signals)
     ArtworkStore artwork;
     const Catalogue catalogue(makeStations(options.stations, options.archiveTracks), clock,
                               "http://" + options.address + ":" + std::to_string(port));
-    addMediaRoutes(routes, catalogue, media, artwork, stop);
+    addMediaRoutes(routes, catalogue, media, artwork, clock, stop);
     addFaultRoutes(routes, faults);
     std::printf("PORT %d\n", port);
     std::fflush(stdout);

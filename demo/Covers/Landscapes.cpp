@@ -183,33 +183,35 @@ void aurora(Brush &b)
 
 void rain(Brush &b)
 {
-    b.sky({{0, b.c.dark}, {0.6, b.c.deep}, {1, mixed(b.c.deep, b.c.mid, 0.5)}});
+    b.sky({{0, b.c.dark}, {0.55, b.c.deep}, {1, mixed(b.c.deep, b.c.mid, 0.7)}});
+    b.glow({middle, 520}, 420, faded(b.c.accent, 0.35));
     b.p.setCompositionMode(QPainter::CompositionMode_Screen);
-    for (int i = 0; i < 42; ++i) {
-        const QPointF place(b.random.between(-20, 620),
-                            330 + 240 * std::pow(b.random.unit(), 1.5) - 160 * b.random.unit());
-        const QColor tone = i % 3 == 0 ? b.c.accent : (i % 3 == 1 ? b.c.light : b.c.mid);
-        const double radius = b.random.between(16, 62);
+    for (int i = 0; i < 64; ++i) {
+        const double depth = b.random.unit();
+        const QPointF place(b.random.between(-20, 620), 250 + 320 * depth + b.random.between(-60, 60));
+        const QColor tone =
+            i % 3 == 0 ? b.c.accent : (i % 3 == 1 ? b.c.light : mixed(b.c.mid, b.c.light, 0.3));
+        const double radius = b.random.between(10, 24) + 44 * depth;
+        const double strength = b.random.between(0.25, 0.7);
         QRadialGradient light(place, radius);
-        light.setColorAt(0, faded(tone, 0.20));
-        light.setColorAt(0.85, faded(tone, 0.34));
+        light.setColorAt(0, faded(tone, strength * 0.7));
+        light.setColorAt(0.86, faded(tone, strength));
         light.setColorAt(1, faded(tone, 0));
         b.disc(place, radius, light);
     }
     b.p.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    for (int i = 0; i < 34; ++i) {
-        const QPointF head(b.random.between(0, side), b.random.between(60, 590));
-        QLinearGradient trace(0, head.y() - 150, 0, head.y());
-        trace.setColorAt(0, faded(Qt::white, 0));
-        trace.setColorAt(1, faded(Qt::white, 0.22));
-        b.p.fillRect(QRectF(head.x() - 1.2, head.y() - 150, 2.4, 150), trace);
+    for (int i = 0; i < 26; ++i) {
+        const QPointF head(b.random.between(0, side), b.random.between(120, 590));
+        const double tail = b.random.between(60, 260);
+        b.p.fillRect(QRectF(head.x() - 1.5, head.y() - tail, 3, tail),
+                     vertical(head.y() - tail, head.y(), faded(Qt::white, 0), faded(Qt::white, 0.28)));
+        b.disc(head, 5.5, faded(Qt::white, 0.45));
     }
-    for (int i = 0; i < 170; ++i) {
+    for (int i = 0; i < 150; ++i) {
         const QPointF place(b.random.between(0, side), b.random.between(0, side));
-        const double radius = 1.5 + 6.5 * std::pow(b.random.unit(), 2.4);
-        b.disc(
-            place, radius,
-            vertical(place.y() - radius, place.y() + radius, faded(b.c.dark, 0.6), faded(Qt::white, 0.55)));
+        const double radius = 1.5 + 6 * std::pow(b.random.unit(), 2.4);
+        b.disc(place, radius,
+               vertical(place.y() - radius, place.y() + radius, faded(b.c.dark, 0.6), faded(Qt::white, 0.5)));
         b.disc(place - QPointF(radius * 0.3, radius * 0.35), radius * 0.24, faded(Qt::white, 0.85));
     }
 }
@@ -250,28 +252,32 @@ void road(Brush &b)
 void mesas(Brush &b)
 {
     b.sky({{0, b.c.mid}, {0.5, b.c.light}, {0.75, mixed(b.c.light, Qt::white, 0.3)}});
-    b.disc({middle, 300}, 168, faded(b.c.accent, 0.9));
+    b.disc({middle, 292}, 160, faded(b.c.accent, 0.9));
     for (int layer = 0; layer < 3; ++layer) {
-        const double foot = 410 + 62 * layer;
-        const QColor tone = mixed(mixed(b.c.mid, b.c.deep, 0.55), b.c.dark, layer / 2.4);
-        for (int i = 0; i < 3 - layer / 2; ++i) {
-            const double x = b.random.between(-60, 520);
-            const double width = b.random.between(90, 190);
-            const double top = foot - b.random.between(90, 190) + 40 * layer;
+        const double foot = 425 + 60 * layer;
+        const QColor tone = mixed(mixed(b.c.mid, b.c.deep, 0.5), b.c.dark, layer / 2.4);
+        for (int i = 0; i < 2 && layer < 2; ++i) {
+            const double width = b.random.between(110, 190) + 40 * layer;
+            const double x =
+                i == 0 ? b.random.between(-70, 60) + 40 * layer : b.random.between(380, 500) - 30 * layer;
+            const double top = foot - b.random.between(120, 200) + 50 * layer;
             b.p.setPen(Qt::NoPen);
-            b.p.setBrush(vertical(top, foot, tone, mixed(tone, b.c.mid, 0.4)));
+            b.p.setBrush(vertical(top, foot, mixed(tone, b.c.light, 0.2), tone));
             b.p.drawPolygon(QPolygonF({{x, foot},
-                                       {x + width * 0.16, top + 46},
-                                       {x + width * 0.19, top},
-                                       {x + width * 0.8, top},
-                                       {x + width * 0.84, top + 46},
+                                       {x + width * 0.17, top + 52},
+                                       {x + width * 0.2, top},
+                                       {x + width * 0.46, top},
+                                       {x + width * 0.48, top + 14},
+                                       {x + width * 0.8, top + 14},
+                                       {x + width * 0.84, top + 60},
                                        {x + width, foot}}));
         }
-        b.p.fillPath(b.softRidge(foot - 4, 8, 500), mixed(tone, b.c.dark, 0.2));
+        b.p.fillPath(b.softRidge(foot - 6, 9, 460),
+                     vertical(foot - 14, side, tone, mixed(tone, b.c.dark, 0.5)));
     }
     for (const double x : {92.0, 505.0}) {
-        const double tall = b.random.between(120, 190);
-        QPainterPath cactus(QPointF(x, 600));
+        const double tall = b.random.between(130, 190);
+        QPainterPath cactus(QPointF(x, 610));
         cactus.lineTo(x, 600 - tall);
         cactus.moveTo(x, 600 - tall * 0.45);
         cactus.cubicTo(x + 46, 600 - tall * 0.45, x + 42, 600 - tall * 0.5, x + 42, 600 - tall * 0.78);
@@ -292,18 +298,18 @@ void clouds(Brush &b)
     QPainterPath shade;
     shade.addEllipse(moon + QPointF(-38, -22), 74, 74);
     b.p.fillPath(crescent.subtracted(shade), mixed(b.c.accent, Qt::white, 0.35));
-    for (int layer = 0; layer < 4; ++layer) {
+    for (int layer = 0; layer < 5; ++layer) {
         QPainterPath bank;
         bank.setFillRule(Qt::WindingFill);
-        const double y = 385 + 58 * layer;
-        for (double x = -40; x < 660; x += b.random.between(38, 74)) {
-            const double radius = b.random.between(42, 88);
-            bank.addEllipse(QPointF(x, y + b.random.between(-16, 30)), radius, radius * 0.8);
+        const double y = 370 + 56 * layer;
+        for (double x = b.random.between(-60, 0); x < 660; x += b.random.between(44, 92)) {
+            const double radius = b.random.between(34, 84);
+            bank.addEllipse(QPointF(x, y + b.random.between(-26, 34)), radius, radius * 0.78);
         }
-        bank.addRect(-10, y + 20, 620, 400);
-        const QColor tone = mixed(mixed(b.c.mid, b.c.light, 0.55 - 0.12 * layer), b.c.deep, 0.12 * layer);
-        b.p.fillPath(bank, vertical(y - 80, y + 130, mixed(tone, Qt::white, 0.25 - 0.05 * layer),
-                                    faded(mixed(tone, b.c.deep, 0.55), 0.96)));
+        bank.addRect(-10, y + 24, 620, 400);
+        const QColor crest = mixed(mixed(b.c.light, Qt::white, 0.2), b.c.mid, 0.2 * layer);
+        const QColor foot = mixed(b.c.mid, b.c.deep, 0.25 + 0.18 * layer);
+        b.p.fillPath(bank, vertical(y - 86, y + 70, crest, foot));
     }
 }
 
@@ -317,10 +323,10 @@ void galaxy(Brush &b)
     b.p.scale(1, 0.52);
     b.glow({0, 0}, 300, faded(b.c.mid, 0.75));
     b.p.setCompositionMode(QPainter::CompositionMode_Screen);
-    for (int i = 0; i < 3600; ++i) {
+    for (int i = 0; i < 4200; ++i) {
         const double reach = std::pow(b.random.unit(), 0.62);
-        const double spread = (b.random.unit() + b.random.unit() - 1) * (34 + 30 * (1 - reach));
-        const double turn = 200 * std::sqrt(reach) * 2.1 + 180 * (i % 2) + spread;
+        const double spread = (b.random.unit() + b.random.unit() - 1) * (52 + 40 * (1 - reach));
+        const double turn = 330 * std::sqrt(reach) + 180 * (i % 2) + spread;
         const double bright = b.random.unit();
         const QColor tone = i % 9 == 0 ? b.c.accent : mixed(b.c.light, b.c.mid, reach);
         b.disc(around({0, 0}, 16 + 285 * reach, turn), 0.8 + 2.0 * bright * bright,

@@ -1,0 +1,80 @@
+#include "DecodedSound.h"
+
+#include <gst/app/gstappsink.h>
+#include <gst/gst.h>
+
+#include <cmath>
+#include <vector>
+
+namespace navorin {
+
+namespace {
+
+constexpr double rate = 44'100;
+
+struct Meter
+{
+    qint64 crossings = 0;
+    float before = 0;
+};
+
+void addBuffer(GstBuffer *buffer, DecodedSound &sound, Meter &meter)
+{
+    std::vector<float> samples(gst_buffer_get_size(buffer) / sizeof(float));
+    gst_buffer_extract(buffer, 0, samples.data(), samples.size() * sizeof(float));
+    double energy = 0;
+    for (const float sample : samples) {
+        energy += double(sample) * double(sample);
+        meter.crossings += (meter.before < 0) != (sample < 0) ? 1 : 0;
+        meter.before = sample;
+    }
+    sound.level = std::sqrt(energy / double(samples.size()));
+    sound.seconds += double(samples.size()) / rate;
+    sound.position = double(GST_BUFFER_PTS(buffer)) / GST_SECOND + double(samples.size()) / rate;
+    sound.hertz = double(meter.crossings) / 2 / sound.seconds;
+}
+
+QString errorOf(GstElement *pipeline)
+{
+    GstBus *const bus = gst_element_get_bus(pipeline);
+    GstMessage *const message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR);
+    gst_object_unref(bus);
+    if (message == nullptr)
+        return {};
+    GError *error = nullptr;
+    gst_message_parse_error(message, &error, nullptr);
+    const QString text = QString::fromUtf8(error->message);
+    g_error_free(error);
+    gst_message_unref(message);
+    return text;
+}
+
+} // namespace
+
+DecodedSound decodeSound(const QString &address, double wanted)
+{
+    gst_init(nullptr, nullptr);
+    const QByteArray description =
+        "uridecodebin uri=\"" + address.toUtf8() +
+        "\" ! audioconvert ! audioresample ! appsink name=out sync=false max-buffers=8 "
+        "caps=audio/x-raw,format=F32LE,rate=44100,channels=1";
+    GstElement *const pipeline = gst_parse_launch(description.constData(), nullptr);
+    GstElement *const sink = gst_bin_get_by_name(GST_BIN(pipeline), "out");
+    gst_element_set_state(pipeline, GST_STATE_PLAYING);
+    DecodedSound sound;
+    Meter meter;
+    while (sound.seconds < wanted) {
+        GstSample *const sample = gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 20 * GST_SECOND);
+        if (sample == nullptr)
+            break;
+        addBuffer(gst_sample_get_buffer(sample), sound, meter);
+        gst_sample_unref(sample);
+    }
+    sound.error = errorOf(pipeline);
+    gst_element_set_state(pipeline, GST_STATE_NULL);
+    gst_object_unref(sink);
+    gst_object_unref(pipeline);
+    return sound;
+}
+
+} // namespace navorin

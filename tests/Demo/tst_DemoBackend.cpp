@@ -1,0 +1,315 @@
+#include "DecodedSound.h"
+#include "DemoProcess.h"
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace navorin;
+using namespace Qt::Literals::StringLiterals;
+
+class TestDemoBackend : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        start();
+        QVERIFY(m_backend->port() > 0);
+    }
+
+    void catalogueHasEveryKindOfStation();
+    void deferredListsComeOnDemand();
+    void programmesAndRotationsMove();
+    void liveStreamsNeverEnd_data();
+    void liveStreamsNeverEnd();
+    void tracksAreWholeFiles_data();
+    void tracksAreWholeFiles();
+    void rangesGiveTheirPart_data();
+    void rangesGiveTheirPart();
+    void coversDiffer();
+    void faultsBendTheAnswer_data();
+    void faultsBendTheAnswer();
+    void faultsThatHoldAnAnswerBack_data();
+    void faultsThatHoldAnAnswerBack();
+    void strangeRequestsAreSurvived_data();
+    void strangeRequestsAreSurvived();
+    void endsCleanlyUnderALiveStream();
+    void endsWithItsParent();
+
+private:
+    void start()
+    {
+        m_backend.reset();
+        m_backend = std::make_unique<DemoProcess>(
+            QStringList{u"--cache"_s, m_cache.path(), u"--time-scale"_s, u"300"_s});
+    }
+    QJsonObject station(const QString &genre)
+    {
+        for (const QJsonValue &value : m_backend->data(u"/api/stations"_s)) {
+            if (value["genre"_L1] == genre)
+                return value.toObject();
+        }
+        return {};
+    }
+
+    QTemporaryDir m_cache;
+    std::unique_ptr<DemoProcess> m_backend;
+};
+
+void TestDemoBackend::catalogueHasEveryKindOfStation()
+{
+    const QJsonArray stations = m_backend->data(u"/api/stations"_s);
+    QVERIFY(stations.size() >= 24);
+    QCOMPARE(stations[0]["genre"_L1], u"persian"_s);
+    QSet<QString> genres;
+    QMap<QString, int> kinds;
+    for (const QJsonValue &s : stations) {
+        genres.insert(s["genre"_L1].toString());
+        ++kinds[s["category"_L1].toString()];
+        const QJsonArray tracks = s["tracks"_L1].toArray();
+        const bool deferred = s["source"_L1] == "songsara"_L1;
+        ++kinds[deferred ? u"deferred"_s : tracks.isEmpty() ? u"live"_s : u"list"_s];
+        QVERIFY(!deferred || (tracks.isEmpty() && s["genre"_L1].toString().startsWith("songsara-"_L1)));
+        if (!tracks.isEmpty()) {
+            ++kinds[s["track_index"_L1].isDouble() ? u"rotating"_s : u"still"_s];
+            ++kinds[tracks[0]["duration"_L1].isString() ? u"text"_s : u"number"_s];
+            ++kinds[tracks[0]["stream_url"_L1].isString() ? u"address"_s : u"no address"_s];
+        } else if (!deferred) {
+            QVERIFY(s["title"_L1].toString().startsWith(s["artist"_L1].toString() + u" - "_s));
+        }
+    }
+    QCOMPARE(genres.size(), stations.size());
+    for (const QString &kind :
+         {u"iranian"_s, u"international"_s, u"instrumental"_s, u"deferred"_s, u"live"_s, u"list"_s,
+          u"rotating"_s, u"still"_s, u"text"_s, u"number"_s, u"address"_s, u"no address"_s})
+        QVERIFY2(kinds[kind] > 0, qPrintable(kind));
+}
+
+void TestDemoBackend::deferredListsComeOnDemand()
+{
+    const QJsonArray data = m_backend->data(u"/api/songsara/playlist/1204"_s);
+    QCOMPARE(data.size(), 1);
+    QVERIFY(data[0]["tracks"_L1].toArray().size() > 1);
+    for (const QString &id : {u"9"_s, u"persian"_s, u""_s})
+        QCOMPARE(m_backend->fetch(u"/api/songsara/playlist/"_s + id)->error(),
+                 QNetworkReply::ContentNotFoundError);
+}
+
+void TestDemoBackend::programmesAndRotationsMove()
+{
+    const QString title = station(u"persian"_s)["title"_L1].toString();
+    const int index = station(u"kavir"_s)["track_index"_L1].toInt();
+    QTRY_VERIFY(station(u"persian"_s)["title"_L1].toString() != title);
+    QTRY_VERIFY(station(u"kavir"_s)["track_index"_L1].toInt() != index);
+    // the first track goes without an index, the others have one
+    QTRY_VERIFY(!station(u"golchin"_s).contains("track_index"_L1));
+    QTRY_VERIFY(station(u"golchin"_s).contains("track_index"_L1));
+}
+
+void TestDemoBackend::liveStreamsNeverEnd_data()
+{
+    QTest::addColumn<QString>("genre");
+    for (const char *genre : {"persian", "pop", "tehran-night"})
+        QTest::newRow(genre) << QString::fromLatin1(genre);
+}
+
+// longer than any piece, so over at least one seam; the second time from the files of the first
+void TestDemoBackend::liveStreamsNeverEnd()
+{
+    QFETCH(QString, genre);
+    for (int run = 0; run < 2; ++run) {
+        start();
+        const DecodedSound sound = decodeSound(m_backend->url(u"/stream/"_s + genre).toString(), 60);
+        QCOMPARE(sound.error, QString());
+        QVERIFY(sound.seconds >= 60);
+        QVERIFY2(std::abs(sound.position - sound.seconds) < 0.2, qPrintable(QString::number(sound.position)));
+        QVERIFY(sound.level > 0.001);
+    }
+    const DemoProcess::Reply head = m_backend->fetch(u"/stream/"_s + genre, "HEAD");
+    QVERIFY(!head->hasRawHeader("Content-Length"));
+}
+
+void TestDemoBackend::tracksAreWholeFiles_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<double>("seconds");
+    QTest::newRow("MP3") << u"/stream/yalda?track=3"_s << 0.0;
+    QTest::newRow("MP4") << u"/stream/lofi?track=3"_s << 0.0;
+    QTest::newRow("Ogg") << u"/stream/santur?track=3"_s << 0.0;
+    QTest::newRow("tone") << u"/stream/test-tone?hz=440"_s << 20.0;
+}
+
+void TestDemoBackend::tracksAreWholeFiles()
+{
+    QFETCH(QString, path);
+    QFETCH(double, seconds);
+    const bool tone = seconds > 0;
+    if (!tone) {
+        const QJsonValue track = station(path.section(u'/', 2).section(u'?', 0, 0))["tracks"_L1][3];
+        seconds = track["duration"_L1].toVariant().toDouble();
+    }
+    const DecodedSound sound = decodeSound(m_backend->url(path).toString(), 1000);
+    QCOMPARE(sound.error, QString());
+    QVERIFY2(std::abs(sound.seconds - seconds) < 0.2, qPrintable(QString::number(sound.seconds)));
+    if (tone) {
+        QVERIFY(std::abs(sound.hertz - 440) < 1);
+        QVERIFY(std::abs(20 * std::log10(sound.level * std::sqrt(2)) + 20) < 0.2);
+    }
+}
+
+void TestDemoBackend::rangesGiveTheirPart_data()
+{
+    QTest::addColumn<QByteArray>("range");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("length"); // negative: to the end
+    QTest::newRow("start") << "bytes=0-99"_ba << 206 << 0 << 100;
+    QTest::newRow("rest") << "bytes=5000-"_ba << 206 << 5000 << -1;
+    QTest::newRow("past the end") << "bytes=100-99999999"_ba << 206 << 100 << -1;
+    QTest::newRow("beyond") << "bytes=99999999-"_ba << 416 << 0 << 0;
+    QTest::newRow("backwards") << "bytes=9-5"_ba << 416 << 0 << 0;
+    QTest::newRow("two ranges") << "bytes=0-1,5-9"_ba << 200 << 0 << -1;
+    QTest::newRow("other unit") << "lines=1-2"_ba << 416 << 0 << 0;
+}
+
+void TestDemoBackend::rangesGiveTheirPart()
+{
+    QFETCH(QByteArray, range);
+    QFETCH(int, status);
+    QFETCH(int, first);
+    QFETCH(int, length);
+    const QString path = u"/stream/yalda?track=0"_s;
+    const QByteArray whole = m_backend->fetch(path)->readAll();
+    const DemoProcess::Reply reply = m_backend->fetch(path, "GET", {{"Range", range}});
+    QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+    if (status < 400)
+        QCOMPARE(reply->readAll(), whole.mid(first, length));
+}
+
+void TestDemoBackend::coversDiffer()
+{
+    QSet<QByteArray> covers;
+    const QStringList paths{u"persian.jpg"_s, u"persian.png"_s, u"persian.jpg?p=1"_s,
+                            u"kavir.jpg"_s,   u"kavir-1.jpg"_s, u"unknown.jpg"_s};
+    for (const QString &path : paths) {
+        const QByteArray bytes = m_backend->fetch(u"/artwork/"_s + path)->readAll();
+        QCOMPARE(QImage::fromData(bytes).size(), QSize(600, 600));
+        QCOMPARE(m_backend->fetch(u"/artwork/"_s + path)->readAll(), bytes);
+        covers.insert(bytes);
+    }
+    QCOMPARE(covers.size(), paths.size());
+}
+
+void TestDemoBackend::faultsBendTheAnswer_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<int>("status");
+    QTest::addColumn<int>("received"); // negative: half
+    QTest::addColumn<bool>("stated");  // the length is still that of the whole
+    QTest::newRow("status") << u"status:503"_s << 503 << 40 << false;
+    QTest::newRow("cut") << u"cut:10000"_s << 200 << 10'000 << true;
+    QTest::newRow("truncate") << u"truncate"_s << 200 << -1 << true;
+    QTest::newRow("garbage") << u"garbage"_s << 200 << 32'768 << false;
+    QTest::newRow("page") << u"html"_s << 200 << 113 << false;
+}
+
+void TestDemoBackend::faultsBendTheAnswer()
+{
+    QFETCH(QString, fault);
+    QFETCH(int, status);
+    QFETCH(int, received);
+    QFETCH(bool, stated);
+    const QString path = u"/stream/yalda?track=0"_s;
+    const QByteArray whole = m_backend->fetch(path)->readAll();
+    m_backend->setFault(path + u"="_s + fault, 1);
+    const DemoProcess::Reply bent = m_backend->fetch(path);
+    const QByteArray bytes = bent->readAll();
+    QCOMPARE(bent->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+    QCOMPARE(bytes.size(), received < 0 ? whole.size() / 2 : received);
+    QCOMPARE(whole.startsWith(bytes), stated);
+    QCOMPARE(bent->header(QNetworkRequest::ContentLengthHeader), stated ? whole.size() : bytes.size());
+    QCOMPARE(m_backend->fetch(path)->readAll(), whole);
+}
+
+void TestDemoBackend::faultsThatHoldAnAnswerBack_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<int>("atLeast"); // bytes that come all the same
+    QTest::newRow("stall") << u"stall:7000"_s << 7000;
+    QTest::newRow("slow") << u"slow:2000"_s << 100;
+    QTest::newRow("delay") << u"delay:1000"_s << 0;
+}
+
+// an answer that is held back is overtaken by one that was asked for later
+void TestDemoBackend::faultsThatHoldAnAnswerBack()
+{
+    QFETCH(QString, fault);
+    QFETCH(int, atLeast);
+    m_backend->setFault(u"/stream/yalda?track=0="_s + fault);
+    const DemoProcess::Reply held = m_backend->send(u"/stream/yalda?track=0"_s);
+    QTRY_VERIFY(held->bytesAvailable() >= atLeast);
+    QVERIFY(m_backend->fetch(u"/stream/yalda?track=1"_s)->bytesAvailable() > 300'000);
+    QVERIFY(!held->isFinished());
+    QVERIFY(held->bytesAvailable() <= 100'000);
+    m_backend->setFault({});
+}
+
+void TestDemoBackend::strangeRequestsAreSurvived_data()
+{
+    QTest::addColumn<QByteArray>("request");
+    const QByteArray end = " HTTP/1.1\r\nHost: x\r\n\r\n";
+    QTest::newRow("long path") << "GET /" + QByteArray(100'000, 'a') + end;
+    QTest::newRow("longest path") << "GET /stream/" + QByteArray(8000, '/') + end;
+    QTest::newRow("percent") << "GET /stream/%00%ff%zz%?track=%25%" + end;
+    QTest::newRow("not UTF-8") << "GET /artwork/\xff\xfe.jpg?p=\xff" + end;
+    QTest::newRow("index") << "GET /stream/yalda?track=99999999999999999999" + end;
+    QTest::newRow("negative") << "GET /stream/yalda?track=-1" + end;
+    QTest::newRow("long range") << "GET /stream/yalda?track=0 HTTP/1.1\r\nRange: bytes=" +
+                                       QByteArray(8000, '1') + "-\r\n\r\n";
+    QTest::newRow("many ranges") << "GET /stream/yalda?track=0 HTTP/1.1\r\nRange: bytes=0-1" +
+                                        QByteArray(",5-6").repeated(1900) + "\r\n\r\n";
+    QTest::newRow("no JSON") << "POST /demo/fault HTTP/1.1\r\nContent-Length: 3\r\n\r\n{\"\xff"_ba;
+    QTest::newRow("noise") << QByteArray("\0\1\2\r\n\r\n\xff GET", 12);
+}
+
+void TestDemoBackend::strangeRequestsAreSurvived()
+{
+    QFETCH(QByteArray, request);
+    QTcpSocket socket;
+    socket.connectToHost(u"127.0.0.1"_s, m_backend->port());
+    socket.write(request);
+    QTRY_VERIFY(socket.bytesAvailable() > 0 || socket.state() == QAbstractSocket::UnconnectedState);
+    QVERIFY(!socket.readAll().startsWith("HTTP/1.1 500"));
+    QCOMPARE(m_backend->fetch(u"/demo/fault"_s)->error(), QNetworkReply::NoError);
+}
+
+void TestDemoBackend::endsCleanlyUnderALiveStream()
+{
+    const DemoProcess::Reply stream = m_backend->send(u"/stream/persian"_s);
+    QTRY_VERIFY(stream->bytesAvailable() > 0);
+    QCOMPARE(m_backend->stop(), 0);
+}
+
+void TestDemoBackend::endsWithItsParent()
+{
+    QProcess parent;
+    parent.start(u"/bin/sh"_s,
+                 {u"-c"_s, u"\"$0\" --parent-watch & read line"_s, QStringLiteral(NAVORIN_DEMO_BACKEND)});
+    QTRY_VERIFY(parent.canReadLine());
+    const quint16 port = parent.readLine().mid(5).trimmed().toUShort();
+    parent.closeWriteChannel();
+    QVERIFY(parent.waitForFinished());
+    QTRY_VERIFY([port] {
+        QTcpSocket socket;
+        socket.connectToHost(u"127.0.0.1"_s, port);
+        return !socket.waitForConnected();
+    }());
+}
+
+QTEST_GUILESS_MAIN(TestDemoBackend)
+#include "tst_DemoBackend.moc"
