@@ -1,0 +1,55 @@
+#include "TestMedia.h"
+
+#include "Platform/Audio/GstPointers.h"
+#include "Platform/Audio/GstRuntime.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+
+namespace navorin {
+
+using namespace Qt::Literals::StringLiterals;
+
+QString runPipeline(const QString &description)
+{
+    initialiseGStreamer();
+    GError *error = nullptr;
+    const GstPtr<GstElement> pipeline(gst_parse_launch(description.toUtf8().constData(), &error));
+    if (error)
+        return QString::fromUtf8(GstPtr<GError>(error)->message);
+    gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
+    const GstPtr<GstBus> bus(gst_element_get_bus(pipeline.get()));
+    const GstPtr<GstMessage> message(gst_bus_timed_pop_filtered(
+        bus.get(), 20 * GST_SECOND, GstMessageType(GST_MESSAGE_EOS | GST_MESSAGE_ERROR)));
+    gst_element_set_state(pipeline.get(), GST_STATE_NULL);
+    if (!message)
+        return u"it does not end"_s;
+    if (GST_MESSAGE_TYPE(message.get()) == GST_MESSAGE_EOS)
+        return {};
+    gst_message_parse_error(message.get(), &error, nullptr);
+    return QString::fromUtf8(GstPtr<GError>(error)->message);
+}
+
+QString writeTone(const QString &path, double seconds)
+{
+    static const QHash<QString, QString> encoders = {
+        {u"wav"_s, u"wavenc"_s},
+        {u"mp3"_s, u"lamemp3enc target=bitrate bitrate=128 cbr=true ! xingmux"_s},
+        {u"aac"_s, u"avenc_aac bitrate=128000 ! aacparse ! audio/mpeg,stream-format=adts"_s},
+        {u"m4a"_s, u"avenc_aac bitrate=128000 ! mp4mux"_s},
+        {u"ogg"_s, u"vorbisenc ! oggmux"_s},
+    };
+    return runPipeline(u"audiotestsrc volume=0.5 freq=1000 samplesperbuffer=441 num-buffers=%1 ! "
+                       "audio/x-raw,rate=44100,channels=2 ! audioconvert ! %2 ! filesink location=%3"_s
+                           .arg(int(seconds * 100))
+                           .arg(encoders.value(QFileInfo(path).suffix()), path));
+}
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace navorin
