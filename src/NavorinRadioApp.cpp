@@ -4,21 +4,27 @@
 #include "DeveloperFlags.h"
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
+#include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Storage/SettingsUserDefaults.h"
 #include "Platform/Tasks/Detached.h"
 #include "Platform/Tasks/QtMainQueue.h"
+#include "Services/Artwork/ArtworkLoader.h"
 #include "Services/Backend/APIClient.h"
 #include "Services/Catalogue/StationStore.h"
 #include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Views/ViewSetup.h"
 
 #include <QDebug>
 #include <QGuiApplication>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QThreadPool>
+
+#include <optional>
 
 namespace navorin {
 
@@ -46,7 +52,7 @@ void traceStart(QQuickWindow &window, StationStore &store)
     if (!qEnvironmentVariableIsSet("NAVORIN_TRACE_START"))
         return;
     QObject::connect(
-        &window, &QQuickWindow::frameSwapped, &window, [] { printDebugLine(u"[App] first frame"); },
+        &window, &QQuickWindow::frameSwapped, &window, [] { printDebugLine(u"[App] first frame"_s); },
         Qt::SingleShotConnection);
     QObject::connect(&store, &StationStore::stationsChanged, &window, [&window, &store] {
         QObject::connect(
@@ -64,7 +70,8 @@ struct NavorinRadioApp::Platform
     QtMainQueue queue;
     QtFileStore files;
     SettingsUserDefaults defaults{queue};
-    QtHttpSession http;
+    std::optional<QtHttpSession> http{std::in_place};
+    QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
     GstMediaPlayer player{queue};
 };
 
@@ -78,11 +85,18 @@ NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &optio
 NavorinRadioApp::~NavorinRadioApp()
 {
     m_engine.reset();
+    // Whoever still waits for the network or for an item gets a failure now, while all it uses is alive.
+    m_platform->player.replaceCurrentItem(nullptr);
+    m_platform->http.reset();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+
     RadioPlayer::instance().reset();
     StationStore::instance().reset();
     setOfflineArtworkLookup({});
     OfflineStore::instance().reset();
     Equalizer::instance().reset();
+    ArtworkLoader::instance().reset();
     APIClient::instance().reset();
 }
 
@@ -90,7 +104,9 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
 {
     auto &platform = *m_platform;
     APIClient::instance().setMaker(
-        [&platform, baseUrl] { return std::unique_ptr<APIClient>(new APIClient(baseUrl, platform.http)); });
+        [&platform, baseUrl] { return std::unique_ptr<APIClient>(new APIClient(baseUrl, *platform.http)); });
+    ArtworkLoader::instance().setMaker(
+        [&platform] { return std::unique_ptr<ArtworkLoader>(new ArtworkLoader(platform.artworkHttp)); });
     OfflineStore::instance().setMaker([&platform] {
         return std::unique_ptr<OfflineStore>(new OfflineStore(platform.files, platform.queue));
     });
@@ -104,7 +120,7 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
     Equalizer::instance().setMaker(
         [&platform] { return std::unique_ptr<Equalizer>(new Equalizer(platform.defaults)); });
     setOfflineArtworkLookup(
-        [](const PlaylistTrack &track) { return OfflineStore::shared().offlineArtwork(track); });
+        [](const PlaylistTrack &track) { return OfflineStore::shared().artworkPathString(track); });
 }
 
 bool NavorinRadioApp::showWindow()
@@ -112,6 +128,7 @@ bool NavorinRadioApp::showWindow()
     auto &store = StationStore::shared();
     auto &player = RadioPlayer::shared();
     m_engine = std::make_unique<QQmlApplicationEngine>();
+    prepareViews(*m_engine);
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())
         return false;
@@ -177,6 +194,8 @@ int NavorinRadioApp::run(int argc, char *argv[])
         return exitConfiguration;
     }
 
+    const TerminationSignals termination;
+    QObject::connect(&termination, &TerminationSignals::asked, &application, &QGuiApplication::quit);
     NavorinRadioApp app(*baseUrl, options);
     return app.showWindow() ? QGuiApplication::exec() : exitSoftware;
 }
