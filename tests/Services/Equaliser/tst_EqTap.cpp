@@ -147,11 +147,14 @@ void tst_EqTap::buildsKeepsAndEmptiesFilters()
     host.process();
     QCOMPARE(host.ctx().cascades, std::vector(2, makeCascade(other, 44100)));
 
-    host.tap->unprepare();
-    QVERIFY(host.ctx().cascades.empty());
     host.tap->prepare(format(0, AudioStreamDescription::flagIsFloat, 48000));
+    QVERIFY(host.ctx().cascades.empty());
     host.process();
     QCOMPARE(host.ctx().cascades, std::vector(1, makeCascade(other, 48000)));
+    host.tap->unprepare();
+    QVERIFY(host.ctx().cascades.empty());
+    host.process(); // gains that were applied before are built again
+    QCOMPARE(host.ctx().cascades.size(), 1U);
 }
 
 void tst_EqTap::bypasses()
@@ -179,6 +182,7 @@ void tst_EqTap::mapsChannels_data()
     QTest::newRow("surplus position") << format(2) << 1 << 3U << QList{0, 1, -1};
     QTest::newRow("no count is one") << format(1) << 1 << 0U << QList{0};
     QTest::newRow("planar") << format(2, planar) << 2 << 1U << QList{0, 1};
+    QTest::newRow("planar, two counted") << format(2, planar) << 2 << 2U << QList{0, 1};
     QTest::newRow("surplus buffer") << format(1, planar) << 2 << 1U << QList{0, -1};
 }
 
@@ -295,21 +299,22 @@ void tst_EqTap::seesWholeSettings()
     constexpr EqGains up{1, 1, 1, 1, 1}, down{};
     eqSnapshotStore().write(false, down);
     std::atomic<bool> stop = false;
-    int mixed = 0, heard = 0;
+    int mixed = 0;
     std::thread audio([&] {
         Host host;
         host.tap->prepare(format());
-        while (!stop || heard == 0) {
-            host.process();
-            mixed += *host.ctx().gains != (host.ctx().enabled ? up : down);
-            heard += host.ctx().enabled;
+        for (int read = 0; !stop; ++read) {
+            const auto box = eqSnapshotStore().read();
+            mixed += *box.gains != (box.enabled ? up : down);
+            if (read % 64 == 0)
+                host.process();
         }
     });
     std::thread items([&] {
-        while (!stop)
+        for (; !stop; std::this_thread::yield())
             (void)makeTap();
     });
-    for (int i = 0; i <= 20000; ++i)
+    for (int i = 0; i < 2000000; ++i)
         eqSnapshotStore().write(i % 2 == 0, i % 2 == 0 ? up : down);
     stop = true;
     audio.join();
