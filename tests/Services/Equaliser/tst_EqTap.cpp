@@ -314,7 +314,7 @@ void tst_EqTap::seesWholeSettings()
         for (; !stop; std::this_thread::yield())
             (void)makeTap();
     });
-    for (int i = 0; i < 2000000; ++i)
+    for (int i = 0; i < 1000000; ++i)
         eqSnapshotStore().write(i % 2 == 0, i % 2 == 0 ? up : down);
     stop = true;
     audio.join();
