@@ -27,6 +27,7 @@ Station testStation()
     track.trackID = u"debug-player-1"_s;
     track.title = u"آهنگ آزمایشی"_s;
     track.artist = u"ناورین"_s;
+    track.streamURL = u"/stream/archive?track=0"_s; // one that the demo backend has
     Station station;
     station.genre = u"debug-player"_s;
     station.serverName = u"ایستگاه آزمایشی"_s;
