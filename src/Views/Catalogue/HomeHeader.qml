@@ -1,0 +1,51 @@
+import QtQuick
+import Navorin
+
+// Wordmark and greeting on the leading side; the badge and, after it, the round buttons on the other.
+Item {
+    id: header
+
+    required property HomeViewState home
+
+    implicitHeight: 64
+
+    Column {
+        id: leading
+        anchors.left: parent.left
+        anchors.verticalCenter: parent.verticalCenter
+        width: parent.width - trailing.width - 16
+
+        GradientText {
+            anchors.left: parent.left
+            height: Theme.wordmark.line
+            text: "ناورین"
+            font.family: Theme.ownFamily
+            font.pixelSize: Theme.wordmark.size
+            font.weight: Theme.wordmark.weight
+            bottomColor: Theme.white(0.72)
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        NText {
+            width: parent.width
+            text: header.home.greeting
+            role: Theme.caption
+            font.weight: Font.Normal
+            color: Theme.white(0.55)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+    Row {
+        id: trailing
+        anchors.right: parent.right
+        anchors.verticalCenter: parent.verticalCenter
+        spacing: 8
+
+        SignalBadge {
+            anchors.verticalCenter: parent.verticalCenter
+            label: header.home.statusLabel
+            isPlaying: header.home.isPlaying
+        }
+    }
+}

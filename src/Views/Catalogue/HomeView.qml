@@ -1,0 +1,161 @@
+import QtQuick
+import Navorin
+
+FocusScope {
+    id: screen
+
+    required property real margin
+    readonly property HomeViewState home: HomeViewState {}
+
+    readonly property real spacing: 14
+    readonly property int columns: Math.max(1, Math.floor((width - 2 * margin + spacing) / (155 + spacing)))
+    readonly property real pull: Math.max(0, -grid.verticalOvershoot)
+    readonly property real pullToRefresh: 72
+
+    Shortcut {
+        sequences: ["F5", "Ctrl+R"]
+        onActivated: screen.home.refresh()
+    }
+
+    // Beside the grid, not in it: what can take the focus in here is not part of the grid's own walk.
+    Item {
+        id: head
+        z: 1
+        y: grid.originY - grid.contentY
+        width: parent.width
+        height: chips.y + chips.height + 20
+
+        HomeHeader {
+            id: header
+            home: screen.home
+            x: screen.margin
+            y: 12
+            width: parent.width - 2 * screen.margin
+        }
+        CategoryChips {
+            id: chips
+            home: screen.home
+            anchors.top: header.bottom
+            anchors.topMargin: 16
+            x: screen.margin
+            width: parent.width - 2 * screen.margin
+        }
+    }
+
+    GridView {
+        id: grid
+
+        // Half a gap on both sides of each cell; rounded in the cell, so that covers meet the pixels.
+        readonly property real inset: screen.spacing / 2
+
+        x: screen.margin - inset
+        width: parent.width - 2 * x
+        height: parent.height
+        cellWidth: width / screen.columns
+        cellHeight: Math.floor(cellWidth) + 54
+        model: screen.home.content === HomeViewState.Grid ? screen.home.stations : null
+        reuseItems: true
+        cacheBuffer: 2 * cellHeight
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        boundsBehavior: Flickable.DragOverBounds
+        clip: false
+        Accessible.role: Accessible.List
+        Accessible.name: "ایستگاه‌ها"
+        onDragEnded: if (screen.pull >= screen.pullToRefresh) screen.home.refresh()
+
+        header: Item { width: 1; height: head.height }
+        footer: Item {
+            width: 1
+            height: screen.home.hasStation ? 110 : 24
+        }
+        delegate: Item {
+            id: cell
+
+            required property int index
+            required property string name
+            required property string artworkAddress
+            required property string trackLine
+            required property bool isSelected
+
+            width: grid.cellWidth
+            height: grid.cellHeight
+
+            StationCardView {
+                x: Math.round(cell.x + grid.inset) - cell.x
+                width: Math.floor(cell.width - 2 * grid.inset)
+                height: width + 54
+                focus: true
+                name: cell.name
+                artworkAddress: cell.artworkAddress
+                trackLine: cell.trackLine
+                isSelected: cell.isSelected
+                isPlaying: screen.home.isPlaying
+                onClicked: screen.home.openCard(cell.index)
+            }
+        }
+
+        NumberAnimation on scale {
+            from: 0.96
+            to: 1
+            duration: 350
+            easing.type: Easing.OutQuad
+        }
+    }
+
+    Column {
+        anchors.centerIn: parent
+        spacing: 12
+        visible: screen.home.content === HomeViewState.Loading
+
+        Spinner {
+            anchors.horizontalCenter: parent.horizontalCenter
+            size: 32
+            running: parent.visible
+        }
+        NText {
+            text: "در حال دریافت ایستگاهها…"
+            role: Theme.caption
+            color: Theme.white(0.55)
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
+        }
+    }
+    EmptyState {
+        anchors.centerIn: parent
+        width: parent.width - 2 * screen.margin
+        symbol: "wifi.exclamationmark"
+        message: screen.home.errorMessage
+        visible: screen.home.content === HomeViewState.Error
+
+        NButton {
+            text: "تلاش دوباره"
+            symbol: "arrow.counterclockwise"
+            isPrimary: true
+            onClicked: screen.home.refresh()
+        }
+    }
+
+    // Comes down with the pull, and stays while the catalogue is fetched.
+    Rectangle {
+        anchors.horizontalCenter: parent.horizontalCenter
+        z: 2
+        y: screen.home.isRefreshing ? 12 : Math.min(screen.pull, screen.pullToRefresh) - height
+        width: 36
+        height: 36
+        radius: 18
+        color: Theme.sheet
+        border.width: 1
+        border.color: Theme.hairline
+        opacity: screen.home.isRefreshing ? 1 : Math.min(1, screen.pull / screen.pullToRefresh)
+        visible: opacity > 0
+
+        Behavior on opacity { NumberAnimation { duration: Theme.hoverTime } }
+
+        Spinner {
+            anchors.centerIn: parent
+            size: 20
+            running: parent.visible
+        }
+    }
+}

@@ -1,0 +1,75 @@
+import QtQuick
+import QtQuick.Controls
+import Navorin
+
+ApplicationWindow {
+    id: window
+
+    readonly property bool isNarrow: width < Theme.mediumFrom
+    readonly property bool isWide: width >= Theme.wideFrom
+    readonly property bool isTyping: (activeFocusItem as TextInput) !== null || (activeFocusItem as TextEdit) !== null
+    readonly property bool pressesByKey: Stage.keyboardSteers && (activeFocusItem as AbstractButton) !== null
+
+    width: 1000
+    height: 700
+    minimumWidth: 360
+    minimumHeight: 560
+    visible: true
+    title: "ناورین"
+    color: Theme.background
+    LayoutMirroring.enabled: true
+    LayoutMirroring.childrenInherit: true
+
+    ContentViewState {
+        id: shell
+    }
+    // A focused control that is steered by keyboard presses itself; everywhere else space is the player's.
+    Shortcut {
+        sequence: "Space"
+        enabled: !window.isTyping && !window.pressesByKey
+        onActivated: shell.togglePlayPause()
+    }
+
+    Backdrop {
+        anchors.fill: parent
+        tone: shell.themeColor
+        light: shell.hasStation ? 1 : 0
+
+        Behavior on tone { ColorAnimation { duration: 900; easing.type: Easing.InOutQuad } }
+        Behavior on light { NumberAnimation { duration: 900; easing.type: Easing.InOutQuad } }
+    }
+    TabStrip {
+        id: tabs
+        isRail: !window.isNarrow
+        isWide: window.isWide
+        x: isRail ? parent.width - width : 0
+        y: isRail ? 0 : parent.height - height
+        width: isRail ? (isWide ? 200 : 84) : parent.width
+        height: isRail ? parent.height : 60
+    }
+    Item {
+        id: pages
+        width: parent.width - (tabs.isRail ? tabs.width : 0)
+        height: parent.height - (tabs.isRail ? 0 : tabs.height)
+        clip: true
+
+        ContentView {
+            anchors.fill: parent
+            shell: shell
+            isWide: window.isWide
+            isNarrow: window.isNarrow
+            visible: tabs.current === 0
+            focus: visible
+        }
+        NText {
+            x: window.isNarrow ? 16 : 24
+            y: 20
+            width: parent.width - 2 * x
+            text: "کتابخانه من"
+            role: Theme.libraryTitle
+            visible: tabs.current === 1
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+    }
+}

@@ -1,0 +1,17 @@
+import QtQuick
+
+// A system symbol by its name, sharp at any scale of the screen.
+Image {
+    id: icon
+
+    required property string symbol
+    property real size: 24
+    property color color: "white"
+
+    width: size
+    height: size
+    sourceSize.width: size
+    sourceSize.height: size
+    source: symbol === "" ? "" : "image://symbol/" + symbol + "?" + color
+    smooth: true
+}

@@ -1,0 +1,57 @@
+import QtQuick
+import Navorin
+
+// A button with a label, and a symbol before it if it has one.
+ScaleButtonStyle {
+    id: button
+
+    property string symbol
+    property bool isPrimary: false
+    // The spinner stands for the label; the width holds.
+    property bool isWaiting: false
+
+    radius: Theme.artRadius
+    implicitWidth: row.width + 40
+    implicitHeight: 44
+    enabled: !isWaiting
+    opacity: enabled || isWaiting ? 1 : 0.4
+
+    background: Rectangle {
+        radius: button.radius
+        border.width: 1
+        border.color: Theme.white(button.isPrimary ? 0.22 : 0.08)
+        gradient: Gradient {
+            GradientStop { position: 0; color: button.isPrimary ? Qt.lighter(Theme.selected, 1.06) : Theme.secondaryFill }
+            GradientStop { position: 1; color: button.isPrimary ? Qt.darker(Theme.selected, 1.1) : Theme.secondaryFill }
+        }
+
+        Rectangle {
+            anchors.fill: parent
+            radius: button.radius
+            color: button.down ? Theme.black(0.14) : Theme.white(0.06 * button.glow)
+        }
+    }
+    Row {
+        id: row
+        anchors.centerIn: parent
+        spacing: 10
+        opacity: button.isWaiting ? 0 : 1
+
+        Icon {
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: button.symbol
+            size: 20
+            visible: button.symbol !== ""
+        }
+        NText {
+            anchors.verticalCenter: parent.verticalCenter
+            text: button.text
+            role: Theme.button
+        }
+    }
+    Spinner {
+        anchors.centerIn: parent
+        size: 20
+        running: button.isWaiting
+    }
+}

@@ -1,0 +1,63 @@
+#include "Views/Shared/ThemeFunctions.h"
+
+#include "Services/Playback/PlaybackDecisions.h"
+#include "Views/Shared/PictureProviders.h"
+#include "Views/Shared/SpringCurve.h"
+#include "Views/Shared/ThemeTones.h"
+
+namespace navorin {
+
+QColor ThemeFunctions::accent()
+{
+    return accentColor();
+}
+
+QColor ThemeFunctions::background()
+{
+    return backgroundColor();
+}
+
+QColor ThemeFunctions::glow(const QColor &color)
+{
+    return glowTone(color);
+}
+
+QColor ThemeFunctions::ink(const QColor &color)
+{
+    return inkTone(color);
+}
+
+double ThemeFunctions::veil(const QColor &color)
+{
+    return veilOpacity(color);
+}
+
+QColor ThemeFunctions::blend(const QColor &under, const QColor &over, double alpha)
+{
+    return blended(under, over, alpha);
+}
+
+int ThemeFunctions::springDuration(double response, double damping)
+{
+    return SpringCurve{response, damping}.duration();
+}
+
+QVariantList ThemeFunctions::springCurve(double response, double damping)
+{
+    QVariantList curve;
+    for (const auto coordinate : SpringCurve{response, damping}.bezier())
+        curve.append(coordinate);
+    return curve;
+}
+
+int ThemeFunctions::shadowReach(int blur)
+{
+    return navorin::shadowReach(blur);
+}
+
+int ThemeFunctions::shadowBorder(int radius, int blur)
+{
+    return navorin::shadowBorder(radius, blur);
+}
+
+} // namespace navorin

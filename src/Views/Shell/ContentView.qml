@@ -1,0 +1,47 @@
+import QtQuick
+import Navorin
+
+// The radio tab: the home screen, and the mini player above it while a station is selected.
+FocusScope {
+    id: content
+
+    required property ContentViewState shell
+    required property bool isWide
+    required property bool isNarrow
+    readonly property real margin: isNarrow ? 16 : 24
+
+    HomeView {
+        anchors.fill: parent
+        margin: content.margin
+        focus: true
+    }
+    // Darkens what passes below the mini player.
+    Rectangle {
+        anchors.bottom: parent.bottom
+        width: parent.width
+        height: 150
+        opacity: mini.presence
+        visible: opacity > 0
+        gradient: Gradient {
+            GradientStop { position: 0; color: Theme.black(0) }
+            GradientStop { position: 0.5; color: Theme.black(0.28) }
+            GradientStop { position: 1; color: Theme.black(0.62) }
+        }
+    }
+    MiniPlayerBar {
+        id: mini
+
+        // 0 below the edge, 1 in its place.
+        property real presence: content.shell.hasStation ? 1 : 0
+        readonly property real bottomGap: content.isNarrow ? 12 : 18
+
+        anchors.horizontalCenter: parent.horizontalCenter
+        y: parent.height - presence * (height + bottomGap)
+        width: content.isWide ? Math.min(720, parent.width - 48)
+                              : parent.width - 2 * (content.isNarrow ? 12 : content.margin)
+        opacity: Math.min(1, presence)
+        visible: presence > 0.001
+
+        Behavior on presence { SpringMotion {} }
+    }
+}

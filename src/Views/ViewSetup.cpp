@@ -1,0 +1,40 @@
+#include "Views/ViewSetup.h"
+
+#include "Views/Shared/PictureProviders.h"
+
+#include <QDirIterator>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QQmlEngine>
+#include <QQuickWindow>
+
+namespace navorin {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+void addFonts()
+{
+    QDirIterator fonts(u":/navorin/fonts"_s, {u"*.ttf"_s});
+    while (fonts.hasNext())
+        QFontDatabase::addApplicationFont(fonts.next());
+    QFont font(u"Vazirmatn"_s);
+    // Coloured fringes would show on tinted light.
+    font.setStyleStrategy(QFont::StyleStrategy(QFont::PreferAntialias | QFont::NoSubpixelAntialias));
+    QGuiApplication::setFont(font);
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+}
+
+} // namespace
+
+void prepareViews(QQmlEngine &engine)
+{
+    addFonts();
+    QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    engine.addImportPath(u"qrc:/qt/qml"_s);
+    engine.addImageProvider(u"symbol"_s, new SymbolProvider);
+    engine.addImageProvider(u"shadow"_s, new ShadowProvider);
+}
+
+} // namespace navorin
