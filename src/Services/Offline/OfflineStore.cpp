@@ -45,7 +45,7 @@ OfflineStore::OfflineStore(FileStore &files, MainQueue &mainQueue)
     , m_folder(files.applicationSupportFolder() + u"/OfflineTracks"_s)
     , m_indexPath(files.applicationSupportFolder() + u"/offline_index.json"_s)
 {
-    m_savePool.setThreadPriority(QThread::LowPriority);
+    m_pool.setThreadPriority(QThread::LowPriority);
     m_files.createFolder(m_folder);
     m_files.excludeFromBackup(m_folder);
     loadIndex();
@@ -53,7 +53,7 @@ OfflineStore::OfflineStore(FileStore &files, MainQueue &mainQueue)
 
 OfflineStore::~OfflineStore()
 {
-    m_savePool.waitForDone();
+    m_pool.waitForDone();
 }
 
 bool OfflineStore::isDownloaded(const PlaylistTrack *track) const
@@ -153,10 +153,13 @@ void OfflineStore::removeAll()
         const QMutexLocker locker(&m_lock);
         removed.swap(m_indexByKey);
     }
-    for (const auto &entry : std::as_const(removed))
-        removeFiles(entry);
+    // The index is saved behind the files: stopped in between, the next start repairs what it says.
+    m_pool.start([this, removed] {
+        for (const auto &entry : removed)
+            removeFiles(entry);
+        persistIndex();
+    });
     publishEntriesLater();
-    persistIndex();
 }
 
 void OfflineStore::removeFiles(const OfflineTrackEntry &entry)
@@ -213,7 +216,7 @@ std::optional<OfflineTrackEntry> OfflineStore::repaired(const OfflineTrackEntry 
 
 void OfflineStore::persistIndex()
 {
-    m_savePool.start([&files = m_files, path = m_indexPath, entries = indexedEntries()]() mutable {
+    m_pool.start([&files = m_files, path = m_indexPath, entries = indexedEntries()]() mutable {
         sortNewestFirst(entries);
         files.writeAtomically(path, encodedIndex(entries));
     });

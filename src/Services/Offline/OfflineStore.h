@@ -35,7 +35,7 @@ class OfflineStore final : public QObject
 
 public:
     [[nodiscard]] static OfflineStore &shared();
-    /// Waits for the saves that are under way.
+    /// Waits for the saves and removals that are under way.
     ~OfflineStore() override;
 
     /// The library, newest first: a copy for the screens, which may lag behind the index for a moment.
@@ -60,6 +60,7 @@ public:
     [[nodiscard]] std::optional<Station> offlineStation() const;
 
     void remove(const OfflineTrackEntry &entry);
+    /// The files go on another thread: a large one takes milliseconds.
     void removeAll();
 
 Q_SIGNALS:
@@ -93,7 +94,7 @@ private:
 
     mutable QMutex m_lock;                          ///< guards m_indexByKey
     QHash<QString, OfflineTrackEntry> m_indexByKey; ///< the truth; m_entries is its sorted copy
-    QThreadPool m_savePool;
+    QThreadPool m_pool;
 };
 
 } // namespace navorin
