@@ -80,7 +80,7 @@ class Desktop(contextlib.AbstractContextManager):
         self._stack = contextlib.ExitStack()
 
     def __enter__(self):
-        environment = {name: value for name, value in os.environ.items() if not name.startswith("QT_Q")}
+        environment = {name: value for name, value in os.environ.items() if name != "QT_QPA_PLATFORM"}
         session = subprocess.Popen([self.SESSION, *self.options, "--", "sh", "-c", "env -0; printf '\\0end\\0'; cat"],
                                    env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE)
         self._stack.callback(session.wait, 20)
