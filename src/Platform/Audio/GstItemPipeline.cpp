@@ -112,7 +112,7 @@ void GstItemPipeline::fail(const QString &error)
 {
     if (std::exchange(m_failed, true))
         return;
-    emitEvent(Failed{error});
+    emitEvent(Failed{m_sourceError.value_or(error)});
     destroy();
 }
 
@@ -228,10 +228,8 @@ void GstItemPipeline::checkStore(Time seenEnd)
 
 void GstItemPipeline::ranDry()
 {
-    if (m_sourceError) {
-        fail(*m_sourceError);
-        return;
-    }
+    if (m_sourceError)
+        return fail(*m_sourceError);
     startFilling(refillLevel);
     apply();
 }
@@ -365,8 +363,10 @@ void GstItemPipeline::handleError(GstMessage *message)
     g_error_free(error);
     if (refusesSeek)
         return reopen();
-    // What was received before the connection broke is still worth hearing.
-    if (ofSource && m_filled)
+    // What was received before the connection broke is still worth hearing; the source sends its end after
+    // it.
+    const bool received = m_lastArrival.load() != Clock::time_point();
+    if (ofSource && received && !m_sourceError)
         m_sourceError = text;
     else
         fail(text);

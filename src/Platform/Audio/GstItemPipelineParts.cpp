@@ -34,12 +34,6 @@ GstElement *make(const char *factory)
     return gst_element_factory_make(factory, nullptr);
 }
 
-void setIfPresent(GstElement *element, const char *property, int value)
-{
-    if (g_object_class_find_property(G_OBJECT_GET_CLASS(element), property))
-        g_object_set(element, property, value, nullptr);
-}
-
 } // namespace
 
 void GstItemPipeline::build()
@@ -68,8 +62,12 @@ GstElement *GstItemPipeline::makeSource()
     const auto source = gst_element_make_from_uri(GST_URI_SRC, m_config.uri.constData(), nullptr, nullptr);
     if (!source)
         return nullptr;
-    setIfPresent(source, "timeout", int(m_config.networkTimeout.count()));
-    setIfPresent(source, "retries", 0);
+    const auto has = [source](const char *property) {
+        return g_object_class_find_property(G_OBJECT_GET_CLASS(source), property) != nullptr;
+    };
+    if (has("timeout") && has("retries") && has("user-agent"))
+        g_object_set(source, "timeout", guint(m_config.networkTimeout.count()), "retries", 0, "user-agent",
+                     "Navorin", nullptr);
     return source;
 }
 

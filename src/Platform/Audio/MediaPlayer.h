@@ -36,7 +36,7 @@ public:
     /// Length in seconds; NaN while unknown and for an endless stream.
     [[nodiscard]] virtual double duration() const = 0;
     /// The audio tracks, once they are known; empty for a medium without sound. Fails with std::runtime_error
-    /// if the item fails first. Loading starts by itself when the item becomes current.
+    /// if the item fails, is replaced or goes first. Loading starts by itself when the item becomes current.
     [[nodiscard]] virtual QFuture<QList<AudioTrack>> loadAudioTracks() = 0;
     /// Puts `tap` into the path of the decoded sound, from the next buffer on.
     virtual void setAudioTap(const AudioTrack &track, std::shared_ptr<AudioTap> tap) = 0;

@@ -433,7 +433,7 @@ void tst_GstMediaPlayer::seeks()
     rig.player.seek(5);
     rig.positions.clear();
     QTRY_VERIFY(rig.is(Status::Playing));
-    QTRY_VERIFY(rig.positions.size() > 5);
+    QTRY_VERIFY(rig.positions.size() > 5 && !std::isnan(rig.positions.last()));
     const auto last = rig.positions.last();
     QVERIFY2(lands ? last > 5 && last < 6.5 : last < 2, qPrintable(QString::number(last)));
     QVERIFY(item->status() == MediaItem::Status::ReadyToPlay);
