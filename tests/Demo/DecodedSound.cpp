@@ -1,5 +1,7 @@
 #include "DecodedSound.h"
 
+#include <QTemporaryFile>
+
 #include <gst/app/gstappsink.h>
 #include <gst/gst.h>
 
@@ -16,20 +18,20 @@ struct Meter
 {
     qint64 crossings = 0;
     float before = 0;
+    double energy = 0;
 };
 
 void addBuffer(GstBuffer *buffer, DecodedSound &sound, Meter &meter)
 {
     std::vector<float> samples(gst_buffer_get_size(buffer) / sizeof(float));
     gst_buffer_extract(buffer, 0, samples.data(), samples.size() * sizeof(float));
-    double energy = 0;
     for (const float sample : samples) {
-        energy += double(sample) * double(sample);
+        meter.energy += double(sample) * double(sample);
         meter.crossings += (meter.before < 0) != (sample < 0) ? 1 : 0;
         meter.before = sample;
     }
-    sound.level = std::sqrt(energy / double(samples.size()));
     sound.seconds += double(samples.size()) / rate;
+    sound.level = std::sqrt(meter.energy / (sound.seconds * rate));
     sound.position = double(GST_BUFFER_PTS(buffer)) / GST_SECOND + double(samples.size()) / rate;
     sound.hertz = double(meter.crossings) / 2 / sound.seconds;
 }
@@ -51,22 +53,22 @@ QString errorOf(GstElement *pipeline)
 
 } // namespace
 
-DecodedSound decodeSound(const QString &address, double wanted)
+DecodedSound decodeSound(const QByteArray &bytes)
 {
+    QTemporaryFile file;
+    if (!file.open() || file.write(bytes) != bytes.size() || !file.flush())
+        return {.error = file.errorString()};
     gst_init(nullptr, nullptr);
     const QByteArray description =
-        "uridecodebin uri=\"" + address.toUtf8() +
-        "\" ! audioconvert ! audioresample ! appsink name=out sync=false max-buffers=8 "
+        "filesrc location=" + file.fileName().toUtf8() +
+        " ! decodebin ! audioconvert ! audioresample ! appsink name=out sync=false max-buffers=8 "
         "caps=audio/x-raw,format=F32LE,rate=44100,channels=1";
     GstElement *const pipeline = gst_parse_launch(description.constData(), nullptr);
     GstElement *const sink = gst_bin_get_by_name(GST_BIN(pipeline), "out");
     gst_element_set_state(pipeline, GST_STATE_PLAYING);
     DecodedSound sound;
     Meter meter;
-    while (sound.seconds < wanted) {
-        GstSample *const sample = gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 20 * GST_SECOND);
-        if (sample == nullptr)
-            break;
+    while (GstSample *const sample = gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 20 * GST_SECOND)) {
         addBuffer(gst_sample_get_buffer(sample), sound, meter);
         gst_sample_unref(sample);
     }

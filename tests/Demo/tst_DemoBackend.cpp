@@ -46,7 +46,7 @@ private:
     {
         m_backend.reset();
         m_backend = std::make_unique<DemoProcess>(
-            QStringList{u"--cache"_s, m_cache.path(), u"--time-scale"_s, u"300"_s});
+            QStringList{u"--cache"_s, m_cache.path(), u"--time-scale"_s, u"60"_s});
     }
     QJsonObject station(const QString &genre)
     {
@@ -124,14 +124,16 @@ void TestDemoBackend::liveStreamsNeverEnd()
     QFETCH(QString, genre);
     for (int run = 0; run < 2; ++run) {
         start();
-        const DecodedSound sound = decodeSound(m_backend->url(u"/stream/"_s + genre).toString(), 60);
+        const DemoProcess::Reply stream = m_backend->send(u"/stream/"_s + genre);
+        QTRY_VERIFY_WITH_TIMEOUT(stream->bytesAvailable() > 1'000'000, 30'000);
+        QVERIFY(!stream->hasRawHeader("Content-Length"));
+        const DecodedSound sound = decodeSound(stream->readAll());
         QCOMPARE(sound.error, QString());
-        QVERIFY(sound.seconds >= 60);
+        QVERIFY2(sound.seconds > 55, qPrintable(QString::number(sound.seconds)));
         QVERIFY2(std::abs(sound.position - sound.seconds) < 0.2, qPrintable(QString::number(sound.position)));
-        QVERIFY(sound.level > 0.001);
+        QVERIFY(sound.level > 0.02);
     }
-    const DemoProcess::Reply head = m_backend->fetch(u"/stream/"_s + genre, "HEAD");
-    QVERIFY(!head->hasRawHeader("Content-Length"));
+    QVERIFY(!m_backend->fetch(u"/stream/"_s + genre, "HEAD")->hasRawHeader("Content-Length"));
 }
 
 void TestDemoBackend::tracksAreWholeFiles_data()
@@ -153,7 +155,7 @@ void TestDemoBackend::tracksAreWholeFiles()
         const QJsonValue track = station(path.section(u'/', 2).section(u'?', 0, 0))["tracks"_L1][3];
         seconds = track["duration"_L1].toVariant().toDouble();
     }
-    const DecodedSound sound = decodeSound(m_backend->url(path).toString(), 1000);
+    const DecodedSound sound = decodeSound(m_backend->fetch(path)->readAll());
     QCOMPARE(sound.error, QString());
     QVERIFY2(std::abs(sound.seconds - seconds) < 0.2, qPrintable(QString::number(sound.seconds)));
     if (tone) {
