@@ -55,11 +55,9 @@ ScaleButtonStyle {
             id: names
             anchors.left: art.right
             anchors.leftMargin: 12
-            anchors.right: bar.isRoomy ? undefined : toggle.left
-            anchors.rightMargin: 12
             anchors.verticalCenter: parent.verticalCenter
             width: bar.isRoomy ? Math.min(Math.max(title.implicitWidth, station.implicitWidth), parent.width * 0.45)
-                               : undefined
+                               : parent.width - art.width - toggle.width - 26
 
             NText {
                 id: title
