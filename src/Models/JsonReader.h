@@ -7,6 +7,8 @@
 #include <simdjson.h>
 
 #include <bitset>
+#include <cstdint>
+#include <cstring>
 #include <exception>
 #include <optional>
 #include <span>
@@ -51,6 +53,8 @@ void read(Value &value, qint64 &target);
 void read(Value &value, double &target);
 /// Never fails on a value of another type.
 void read(Value &value, Scalar &target);
+/// The same for a text: any other value counts as absent.
+void tryText(Value &value, std::optional<QString> &target);
 
 /// Walks over a value that nobody asked for, checking that it is JSON.
 void skip(Value &value);
@@ -94,6 +98,8 @@ struct Field
 };
 
 namespace detail {
+void forgetRepeatedTexts() noexcept;
+
 template <typename T>
 struct MemberOf;
 template <typename Record, typename T>
@@ -108,6 +114,54 @@ template <auto member>
 void readMember(Value &value, RecordOf<member> &record)
 {
     read(value, record.*member);
+}
+
+/// Short texts of one length: a call of memcmp costs more than the comparison.
+inline bool sameBytes(const char *a, const char *b, std::size_t size)
+{
+    std::size_t at = 0;
+    for (; at + 8 <= size; at += 8) {
+        std::uint64_t x = 0;
+        std::uint64_t y = 0;
+        std::memcpy(&x, a + at, 8);
+        std::memcpy(&y, b + at, 8);
+        if (x != y)
+            return false;
+    }
+    for (; at < size; ++at) {
+        if (a[at] != b[at])
+            return false;
+    }
+    return true;
+}
+
+/// The index of the first field, from `start` round, that `matches`; the number of fields if none does.
+template <typename Record, typename Matches>
+std::size_t findFrom(std::span<const Field<Record>> fields, std::size_t start, Matches matches)
+{
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const auto index = start + i < fields.size() ? start + i : start + i - fields.size();
+        if (matches(fields[index].key))
+            return index;
+    }
+    return fields.size();
+}
+
+/// The field that the entry's key names. Most keys stand in the text as they are; the others, and those that
+/// nobody asked for, are taken out of their escapes, which also checks them.
+template <typename Record>
+std::size_t find(std::span<const Field<Record>> fields, std::size_t start, simdjson::ondemand::field &entry)
+{
+    const auto *raw = entry.key().raw();
+    const auto found = findFrom(fields, start, [raw](std::string_view key) {
+        return raw[key.size()] == '"' && sameBytes(raw, key.data(), key.size());
+    });
+    if (found != fields.size())
+        return found;
+    std::string_view unescaped;
+    if (const auto error = entry.unescaped_key().get(unescaped))
+        fail("object", simdjson::error_message(error));
+    return findFrom(fields, start, [unescaped](std::string_view key) { return unescaped == key; });
 }
 } // namespace detail
 
@@ -140,27 +194,19 @@ void readObject(Value &value, Record &record, std::span<const Field<Record>> fie
     if (const auto error = value.get_object().get(object))
         fail("object", simdjson::error_message(error));
     std::bitset<64> seen;
-    std::size_t expected = 0;
+    std::size_t expected = 0; // servers write keys in a steady order: look first behind the last hit
     for (auto result : object) {
         simdjson::ondemand::field entry;
-        std::string_view key;
         if (const auto error = std::move(result).get(entry))
             fail("object", simdjson::error_message(error));
-        if (const auto error = entry.unescaped_key().get(key))
-            fail("object", simdjson::error_message(error));
-        // Servers write keys in a steady order: look first behind the last hit.
-        std::size_t tried = 0;
-        while (tried < fields.size() && fields[expected].key != key) {
-            expected = (expected + 1) % fields.size();
-            ++tried;
-        }
-        if (tried == fields.size()) {
+        const auto found = detail::find(fields, expected, entry);
+        if (found == fields.size()) {
             skip(entry.value());
             continue;
         }
-        seen.set(expected);
-        fields[expected].read(entry.value(), record);
-        expected = (expected + 1) % fields.size();
+        seen.set(found);
+        fields[found].read(entry.value(), record);
+        expected = (found + 1) % fields.size();
     }
     for (std::size_t i = 0; i < fields.size(); ++i) {
         if (fields[i].required && !seen.test(i))
@@ -181,6 +227,7 @@ template <typename T>
             if (const auto error = m_parser.iterate(m_text).get(m_document))
                 fail("document", simdjson::error_message(error));
         }
+        ~Document() { detail::forgetRepeatedTexts(); }
         Value root()
         {
             Value value;

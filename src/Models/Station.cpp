@@ -159,20 +159,28 @@ using json::required;
 using json::Scalar;
 using json::tolerant;
 
-/// A track as it stands on the wire, before its three looser fields are settled.
+/// A track while it is read: its three looser fields are settled at the end.
 struct WireTrack
 {
-    Scalar id, trackType, trackID, title, artist, artworkURL, streamURL, duration;
+    PlaylistTrack &track;
+    Scalar id, trackID, duration;
 };
+
+template <auto member>
+constexpr json::Field<WireTrack> tolerantText(std::string_view key)
+{
+    return {key, false,
+            [](json::Value &value, WireTrack &wire) { json::tryText(value, wire.track.*member); }};
+}
 
 constexpr std::array trackFields{
     tolerant<&WireTrack::id>("id"),
-    tolerant<&WireTrack::trackType>("track_type"),
+    tolerantText<&PlaylistTrack::trackType>("track_type"),
     tolerant<&WireTrack::trackID>("track_id"),
-    tolerant<&WireTrack::title>("title"),
-    tolerant<&WireTrack::artist>("artist"),
-    tolerant<&WireTrack::artworkURL>("artwork_url"),
-    tolerant<&WireTrack::streamURL>("stream_url"),
+    tolerantText<&PlaylistTrack::title>("title"),
+    tolerantText<&PlaylistTrack::artist>("artist"),
+    tolerantText<&PlaylistTrack::artworkURL>("artwork_url"),
+    tolerantText<&PlaylistTrack::streamURL>("stream_url"),
     tolerant<&WireTrack::duration>("duration"),
 };
 
@@ -205,31 +213,26 @@ std::optional<qint64> integerOrParsed(const Scalar &scalar)
     return parsedDecimal(*scalar.text);
 }
 
-std::optional<QString> identifier(const WireTrack &wire)
+std::optional<QString> identifier(Scalar &trackID, const Scalar &id)
 {
-    for (const auto &scalar : {wire.trackID, wire.id}) {
-        if (scalar.text)
-            return scalar.text;
-        if (scalar.integer)
-            return QString::number(*scalar.integer);
-    }
-    return {};
+    if (trackID.text)
+        return std::move(trackID.text);
+    if (trackID.integer)
+        return QString::number(*trackID.integer);
+    if (id.text)
+        return id.text;
+    return id.integer ? std::optional(QString::number(*id.integer)) : std::nullopt;
 }
 
 } // namespace
 
 void read(json::Value &value, PlaylistTrack &track)
 {
-    WireTrack wire;
+    WireTrack wire{track, {}, {}, {}};
     json::readObject<WireTrack>(value, wire, trackFields);
     track.id = integerOrParsed(wire.id);
-    track.trackID = identifier(wire);
+    track.trackID = identifier(wire.trackID, wire.id);
     track.duration = integerOrParsed(wire.duration);
-    track.trackType = std::move(wire.trackType.text);
-    track.title = std::move(wire.title.text);
-    track.artist = std::move(wire.artist.text);
-    track.artworkURL = std::move(wire.artworkURL.text);
-    track.streamURL = std::move(wire.streamURL.text);
 }
 
 void read(json::Value &value, Station &station)

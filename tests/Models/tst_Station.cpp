@@ -35,6 +35,8 @@ class tst_Station : public QObject
 
 private Q_SLOTS:
     void readsEveryField();
+    void textsInEveryForm_data();
+    void textsInEveryForm();
     void trackTolerance_data();
     void trackTolerance();
     void strictness_data();
@@ -77,6 +79,44 @@ void tst_Station::readsEveryField()
     QCOMPARE(json::decode<StationsResponse>("\xEF\xBB\xBF{\"data\":[]}").data, QList<Station>());
 }
 
+void tst_Station::textsInEveryForm_data()
+{
+    QTest::addColumn<QByteArray>("json");
+    QTest::addColumn<QString>("text"); // empty: refused
+    const QString longText = u"ترانه "_s.repeated(200);
+    QTest::newRow("escapes") << R"("\"a\\\/\b\f\n\r\t\u06af")"_ba << u"\"a\\/\b\f\n\r\tگ"_s;
+    QTest::newRow("surrogates") << R"("\ud83c\udfb5🎵")"_ba << u"🎵🎵"_s;
+    QTest::newRow("every length of UTF-8")
+        << R"("aéگ€🎵 and some more words")"_ba << u"aéگ€🎵 and some more words"_s;
+    QTest::newRow("blanks behind") << "\"a\" \n\t"_ba << u"a"_s;
+    QTest::newRow("quote behind an escape") << R"("a\\")"_ba << u"a\\"_s;
+    QTest::newRow("long") << '"' + longText.toUtf8() + '"' << longText;
+    QTest::newRow("long with escapes") << R"("\n)" + longText.toUtf8() + '"' << QString(u'\n' + longText);
+    QTest::newRow("bad escape") << R"("\x41")"_ba << QString();
+    QTest::newRow("half a surrogate") << R"("\ud83c")"_ba << QString();
+    QTest::newRow("control character") << "\"a\x01\""_ba << QString();
+    QTest::newRow("overlong") << "\"\xC0\x80\""_ba << QString();
+}
+
+void tst_Station::textsInEveryForm()
+{
+    QFETCH(QByteArray, json);
+    QFETCH(QString, text);
+    // as a value, three times over, in a field of each tone, and as a key
+    const QByteArray object = R"({"\u0067enre":)" + json + ",\"title\":" + json + R"(,"tracks":[{"id":)" +
+                              json + R"(},{"title":)" + json + R"(}]})";
+    if (text.isEmpty()) {
+        QVERIFY_EXCEPTION_THROWN(station(object), DecodingError);
+        QVERIFY_EXCEPTION_THROWN(station("{\"genre\":\"a\"," + json + ":1}"), DecodingError);
+        return;
+    }
+    const auto s = station(object);
+    QCOMPARE(s.genre, text);
+    QCOMPARE(s.title, text);
+    QCOMPARE(s.tracks->first().trackID, text);
+    QCOMPARE(s.tracks->last().title, text);
+}
+
 void tst_Station::trackTolerance_data()
 {
     QTest::addColumn<QByteArray>("json");
@@ -98,8 +138,8 @@ void tst_Station::trackTolerance_data()
                             << u"-9223372036854775808"_s;
     QTest::newRow("overflow as number")
         << R"({"id":9223372036854775808,"duration":-9223372036854775809})"_ba << none << none << none;
-    QTest::newRow("huge") << R"({"id":99999999999999999999999999,"duration":1e30})"_ba << none << none
-                          << none;
+    QTest::newRow("huge") << R"({"id":99999999999999999999999999,"duration":1e30,"x":-1E+400 })"_ba << none
+                          << none << none;
     QTest::newRow("empty track id counts") << R"({"id":3,"track_id":""})"_ba << u"3"_s << u""_s << none;
     QTest::newRow("track id as number") << R"({"id":3,"track_id":44})"_ba << u"3"_s << u"44"_s << none;
     QTest::newRow("wrong types") << R"({"id":true,"track_id":[1],"duration":{"a":1},"title":7})"_ba << none
@@ -144,6 +184,13 @@ void tst_Station::strictness_data()
         R"({"data":[{"genre":"a"}]}{})",
         R"({"data":[{"genre":"a","unknown":nul}]})",
         R"({"data":[{"genre":"a","unknown":{"x":01}}]})",
+        R"({"data":[{"genre":"a","unknown":1.e5}]})",
+        R"({"data":[{"genre":"a","tracks":[{"duration":1.5e}]}]})",
+        R"({"data":[{"genre":"a","tracks":[{"id":-}]}]})",
+        R"({"data":[{"genre":"a","tracks":[{"id":0"12"}]}]})",
+        R"({"data":[{"genre":"a","tracks":[{"id":1e400:4}]}]})",
+        R"({"data":[{"genre":"a","unknown":1:4}]})",
+        R"({"data":[{"genre":"a":4}]})",
         R"({"data":[{"genre":"a" "title":"b"}]})",
         "{\"data\":[{\"genre\":\"\xff\xfe\"}]}",
         R"({"code":"1","data":[]})",
