@@ -93,12 +93,13 @@ void removeAll(benchmark::State &state)
     ManualMainQueue queue;
     for (auto _ : state) {
         state.PauseTiming();
-        Library library(state.range(0));
-        auto store = TestAccess::offlineStore(library.files(), queue);
-        state.ResumeTiming();
-        store->removeAll();
-        state.PauseTiming();
-        store.reset();
+        {
+            Library library(state.range(0));
+            const auto store = TestAccess::offlineStore(library.files(), queue);
+            state.ResumeTiming();
+            store->removeAll();
+            state.PauseTiming();
+        }
         state.ResumeTiming();
     }
 }

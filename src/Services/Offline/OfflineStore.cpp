@@ -154,7 +154,7 @@ void OfflineStore::removeAll()
         removed.swap(m_indexByKey);
     }
     // The index is saved behind the files: stopped in between, the next start repairs what it says.
-    m_pool.start([this, removed] {
+    inBackground([this, removed] {
         for (const auto &entry : removed)
             removeFiles(entry);
         persistIndex();
@@ -216,9 +216,23 @@ std::optional<OfflineTrackEntry> OfflineStore::repaired(const OfflineTrackEntry 
 
 void OfflineStore::persistIndex()
 {
-    m_pool.start([&files = m_files, path = m_indexPath, entries = indexedEntries()]() mutable {
+    inBackground([this, entries = indexedEntries()]() mutable {
         sortNewestFirst(entries);
-        files.writeAtomically(path, encodedIndex(entries));
+        m_files.writeAtomically(m_indexPath, encodedIndex(entries));
+    });
+}
+
+void OfflineStore::inBackground(std::function<void()> work)
+{
+    {
+        const QMutexLocker locker(&m_workLock);
+        m_work.enqueue(std::move(work));
+    }
+    m_pool.start([this] {
+        QMutexLocker locker(&m_workLock);
+        const auto work = m_work.dequeue();
+        locker.unlock();
+        work();
     });
 }
 

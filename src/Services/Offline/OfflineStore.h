@@ -9,9 +9,11 @@
 #include <QHash>
 #include <QMutex>
 #include <QObject>
+#include <QQueue>
 #include <QThreadPool>
 #include <QUrl>
 
+#include <functional>
 #include <optional>
 
 namespace navorin {
@@ -75,7 +77,9 @@ private:
     static SharedInstance<OfflineStore> &instance();
 
     void loadIndex();
+    /// Saves a copy of the index as it is now, on another thread. Nothing orders two saves.
     void persistIndex();
+    void inBackground(std::function<void()> work);
     void publishEntries();
     void publishEntriesLater();
     void removeFiles(const OfflineTrackEntry &entry);
@@ -94,6 +98,8 @@ private:
 
     mutable QMutex m_lock;                          ///< guards m_indexByKey
     QHash<QString, OfflineTrackEntry> m_indexByKey; ///< the truth; m_entries is its sorted copy
+    QMutex m_workLock;                              ///< guards m_work
+    QQueue<std::function<void()>> m_work;
     QThreadPool m_pool;
 };
 
