@@ -364,12 +364,11 @@ void GstItemPipeline::handleError(GstMessage *message)
     if (refusesSeek)
         return reopen();
     // What was received before the connection broke is still worth hearing; the source sends its end after
-    // it.
-    const bool received = m_lastArrival.load() != Clock::time_point();
-    if (ofSource && received && !m_sourceError)
-        m_sourceError = text;
-    else
+    // it. Where nothing is heard yet, nothing would be: a pipeline does not finish its start after an error.
+    if (!ofSource || !m_prerolled)
         fail(text);
+    else if (!m_sourceError)
+        m_sourceError = text;
 }
 
 /// A server that promised a length but sends no ranges has dropped the stream at the attempt: all that is
@@ -381,6 +380,7 @@ void GstItemPipeline::reopen()
     emitEvent(SeekDone{std::exchange(m_runningSeek, std::nullopt)->serial});
     m_state = GST_STATE_NULL;
     m_opened = m_prerolled = m_over = false;
+    m_sourceError.reset();
     build();
 }
 

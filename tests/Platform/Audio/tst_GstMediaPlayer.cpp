@@ -323,7 +323,9 @@ void tst_GstMediaPlayer::faults_data()
     QTest::addColumn<ServedStream>("stream");
     QTest::addColumn<bool>("sounds");
     QTest::addColumn<bool>("fails");
-    const auto some = [this](End end) { return ServedStream{.body = tone("short.mp3"), .end = end}; };
+    const auto some = [this](End end) {
+        return ServedStream{.body = tone("short.mp3"), .holdAfter = 9000, .end = end};
+    };
     QByteArray noise(200000, Qt::Uninitialized);
     for (qsizetype i = 0; i < noise.size(); ++i)
         noise[i] = char((i * i * 31 + i / 7) % 127);
@@ -347,6 +349,9 @@ void tst_GstMediaPlayer::faults()
     StreamServer server;
     Rig rig("fakesink sync=true", 1s);
     const auto item = rig.start(server.serve(u"live"_s, stream));
+    if (sounds)
+        QTRY_VERIFY(rig.is(Status::Playing));
+    Q_EMIT server.released();
     if (fails) {
         QTRY_COMPARE_WITH_TIMEOUT(item->status(), MediaItem::Status::Failed, 10000);
         QVERIFY(!item->error()->isEmpty());
