@@ -14,7 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 // raise it when pieces or encoder settings change, so that old files are left alone
-constexpr int cacheVersion = 1;
+constexpr int cacheVersion = 2;
 constexpr double toneSeconds = 20;
 
 const char *suffixOf(Codec codec)

@@ -231,7 +231,7 @@ void play(Mix &mix, const Note &note, Random &random)
             pluck(mix, note, {cents, 0.72, 0.14, 3.6, 0.21}, 0.34 * level, random);
         return;
     case Timbre::Bass:
-        pluck(mix, note, {0, 0.14, 0.42, 2.4, 0.2}, 2.1 * level, random);
+        pluck(mix, note, {0, 0.14, 0.42, 2.4, 0.42}, 1.7 * level, random);
         return;
     case Timbre::Ney:
         hold(mix, note, {reed, 0.09, 0.16, 5.2, 0.006, 0.003, 0}, 0.36 * level, random);
