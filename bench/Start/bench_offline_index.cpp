@@ -103,7 +103,7 @@ void removeAll(benchmark::State &state)
         state.ResumeTiming();
     }
 }
-BENCHMARK(removeAll)->Arg(100)->Arg(1'000)->Unit(benchmark::kMillisecond);
+BENCHMARK(removeAll)->Arg(1'000)->Iterations(20)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
