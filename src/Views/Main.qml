@@ -1,5 +1,6 @@
 import QtQuick
 import QtQuick.Controls
+import QtQuick.Templates as T
 import Navorin
 
 ApplicationWindow {
@@ -8,7 +9,7 @@ ApplicationWindow {
     readonly property bool isNarrow: width < Theme.mediumFrom
     readonly property bool isWide: width >= Theme.wideFrom
     readonly property bool isTyping: (activeFocusItem as TextInput) !== null || (activeFocusItem as TextEdit) !== null
-    readonly property bool pressesByKey: Stage.keyboardSteers && (activeFocusItem as AbstractButton) !== null
+    readonly property bool pressesByKey: Stage.keyboardSteers && (activeFocusItem as T.AbstractButton) !== null
 
     width: 1000
     height: 700

@@ -42,34 +42,14 @@ FocusScope {
         }
     }
 
-    GridView {
-        id: grid
+    // A card that waits to be used again is nobody's to see, point at or read out; the view itself does not say so.
+    DelegateModel {
+        id: cards
 
-        // Half a gap on both sides of each cell; rounded in the cell, so that covers meet the pixels.
-        readonly property real inset: screen.spacing / 2
-
-        x: screen.margin - inset
-        width: parent.width - 2 * x
-        height: parent.height
-        cellWidth: width / screen.columns
-        cellHeight: Math.floor(cellWidth) + 54
-        model: screen.home.content === HomeViewState.Grid ? screen.home.stations : null
-        reuseItems: true
-        cacheBuffer: 2 * cellHeight
-        activeFocusOnTab: true
-        keyNavigationEnabled: true
-        boundsBehavior: Flickable.DragOverBounds
-        clip: false
-        Accessible.role: Accessible.List
-        Accessible.name: "ایستگاه‌ها"
-        onDragEnded: if (screen.pull >= screen.pullToRefresh) screen.home.refresh()
-
-        header: Item { width: 1; height: head.height }
-        footer: Item {
-            width: 1
-            height: screen.home.hasStation ? 110 : 24
-        }
-        delegate: Item {
+        model: screen.home.stations
+        onItemPooled: (index, item) => item.visible = false
+        onItemReused: (index, item) => item.visible = true
+        delegate: FocusScope {
             id: cell
 
             required property int index
@@ -91,8 +71,39 @@ FocusScope {
                 trackLine: cell.trackLine
                 isSelected: cell.isSelected
                 isPlaying: screen.home.isPlaying
-                onClicked: screen.home.openCard(cell.index)
+                onClicked: {
+                    grid.currentIndex = cell.index
+                    screen.home.openCard(cell.index)
+                }
             }
+        }
+    }
+    GridView {
+        id: grid
+
+        // Half a gap on both sides of each cell; rounded in the cell, so that covers meet the pixels.
+        readonly property real inset: screen.spacing / 2
+
+        x: screen.margin - inset
+        width: parent.width - 2 * x
+        height: parent.height
+        cellWidth: width / screen.columns
+        cellHeight: Math.floor(cellWidth) + 54
+        model: screen.home.content === HomeViewState.Grid ? cards : null
+        reuseItems: true
+        cacheBuffer: 2 * cellHeight
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        boundsBehavior: Flickable.DragOverBounds
+        clip: false
+        Accessible.role: Accessible.List
+        Accessible.name: "ایستگاه‌ها"
+        onDragEnded: if (screen.pull >= screen.pullToRefresh) screen.home.refresh()
+
+        header: Item { width: 1; height: head.height }
+        footer: Item {
+            width: 1
+            height: screen.home.hasStation ? 110 : 24
         }
 
         NumberAnimation on scale {

@@ -18,7 +18,7 @@ PlayButton playButton(bool isPlaying, bool isBuffering)
 
 double playedShare(bool isLive, double currentTime, double duration)
 {
-    return isLive || duration <= 0 ? -1 : std::clamp(currentTime / duration, 0.0, 1.0);
+    return isLive || !(duration > 0) ? -1 : std::clamp(currentTime / duration, 0.0, 1.0);
 }
 
 MiniPlayerBar::MiniPlayerBar(QObject *parent)

@@ -15,7 +15,7 @@ Text {
     horizontalAlignment: Text.AlignLeft
     verticalAlignment: Text.AlignVCenter
     elide: Text.ElideRight
-    height: lineCount > 1 ? implicitHeight : role.line
-    lineHeightMode: lineCount > 1 ? Text.FixedHeight : Text.ProportionalHeight
-    lineHeight: lineCount > 1 ? role.line : 1
+    height: wrapMode === Text.NoWrap ? role.line : implicitHeight
+    lineHeightMode: wrapMode === Text.NoWrap ? Text.ProportionalHeight : Text.FixedHeight
+    lineHeight: wrapMode === Text.NoWrap ? 1 : role.line
 }

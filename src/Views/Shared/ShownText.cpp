@@ -17,16 +17,26 @@ bool breaksLine(QChar c)
            c == u'\v' || c == u'\f' || c == QChar(0x85);
 }
 
+/// The end of the last character that lies within `maxCharacters` and `maxUnits`.
+qsizetype endOfHead(QStringView head, bool headIsAll)
+{
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, head);
+    int characters = 0;
+    while (characters < maxCharacters && finder.toNextBoundary() > 0)
+        ++characters;
+    if (characters == maxCharacters)
+        return finder.position();
+    if (headIsAll || characters < 2)
+        return head.size();
+    finder.toEnd();
+    return finder.toPreviousBoundary(); // the last one is cut
+}
+
 QString shortened(const QString &text)
 {
-    const auto head = text.first(std::min(text.size(), maxUnits));
-    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, head);
-    for (int i = 0; i < maxCharacters; ++i) {
-        if (finder.toNextBoundary() < 0)
-            break;
-    }
-    const auto end = finder.position() < 0 ? head.size() : finder.position();
-    return end == text.size() ? text : QString(head.first(end) + u'\u2026');
+    const auto head = QStringView(text).first(std::min(text.size(), maxUnits));
+    const auto end = endOfHead(head, head.size() == text.size());
+    return end == text.size() ? text : QString(text.first(end) + u'\u2026');
 }
 
 } // namespace

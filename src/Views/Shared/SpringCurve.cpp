@@ -29,7 +29,14 @@ Oscillation oscillationOf(const SpringCurve &spring)
 
 int SpringCurve::duration() const
 {
-    return int(std::ceil(1000 * -std::log(restingOffset) / oscillationOf(*this).decay));
+    const auto [decay, frequency] = oscillationOf(*this);
+    const auto swing = std::hypot(1.0, decay / frequency);
+    int milliseconds = 0;
+    for (double reach = 1; reach > restingOffset; ++milliseconds) {
+        const auto decayed = decay * milliseconds / 1000;
+        reach = std::exp(-decayed) * std::min(swing, 1 + decayed);
+    }
+    return milliseconds;
 }
 
 double SpringCurve::position(double seconds) const

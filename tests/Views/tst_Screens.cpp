@@ -1,0 +1,344 @@
+#include "Platform/Storage/QtFileStore.h"
+#include "Platform/Tasks/Detached.h"
+#include "Services/Artwork/ArtworkLoader.h"
+#include "Services/Backend/APIClient.h"
+#include "Services/Catalogue/StationStore.h"
+#include "Services/Offline/OfflineStore.h"
+#include "Services/Playback/RadioPlayer.h"
+#include "Support/FakeHttpSession.h"
+#include "Support/FakeMediaPlayer.h"
+#include "Support/ManualMainQueue.h"
+#include "Views/ViewSetup.h"
+
+#include <QAccessible>
+#include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickStyle>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QTest>
+#include <QThreadPool>
+
+using namespace navorin;
+using namespace Qt::Literals::StringLiterals;
+
+struct navorin::TestAccess
+{
+    static void install(HttpSession &http, HttpSession &pictures, MediaPlayer &engine, MainQueue &queue,
+                        FileStore &files)
+    {
+        APIClient::instance().setMaker(
+            [&] { return std::unique_ptr<APIClient>(new APIClient(QUrl(u"http://127.0.0.1:9"_s), http)); });
+        ArtworkLoader::instance().setMaker(
+            [&] { return std::unique_ptr<ArtworkLoader>(new ArtworkLoader(pictures)); });
+        OfflineStore::instance().setMaker(
+            [&] { return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue)); });
+        StationStore::instance().setMaker(
+            [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
+        RadioPlayer::instance().setMaker([&] {
+            return std::unique_ptr<RadioPlayer>(
+                new RadioPlayer(engine, queue, APIClient::shared(), OfflineStore::shared()));
+        });
+    }
+    static void reset()
+    {
+        RadioPlayer::instance().reset();
+        StationStore::instance().reset();
+        OfflineStore::instance().reset();
+        ArtworkLoader::instance().reset();
+        APIClient::instance().reset();
+    }
+};
+
+namespace {
+
+/// There is no picture anywhere. Asked from several threads.
+class NoPictures final : public HttpSession
+{
+public:
+    [[nodiscard]] QFuture<HttpResponse> send(HttpRequest) override
+    {
+        return QtFuture::makeReadyFuture(HttpResponse{404, {}, {}});
+    }
+};
+
+QByteArray catalogue(int count, const QByteArray &more = {})
+{
+    QByteArrayList records;
+    for (int i = 0; i < count; ++i) {
+        const auto number = QByteArray::number(i);
+        records << "{\"genre\":\"g"_ba + number + "\",\"server_name\":\"ایستگاه "_ba + number +
+                       "\",\"stream_url\":\"/stream/"_ba + number + "\",\"artwork_url\":\"/artwork/"_ba +
+                       number + "\",\"category\":\""_ba + (i % 2 ? "iranian"_ba : "instrumental"_ba) +
+                       "\""_ba + more + "}"_ba;
+    }
+    return "{\"data\":["_ba + records.join(',') + "]}"_ba;
+}
+
+/// All visible items below `root` that are made from the QML file `type`, in the order of the tree.
+QList<QQuickItem *> itemsOf(QQuickItem *root, const QByteArray &type)
+{
+    QList<QQuickItem *> found;
+    for (auto *child : root->childItems()) {
+        if (!child->isVisible())
+            continue;
+        if (QByteArray(child->metaObject()->className()).startsWith(QByteArray(type + "_QMLTYPE"_ba)))
+            found.append(child);
+        found.append(itemsOf(child, type));
+    }
+    return found;
+}
+
+QPoint middleOf(const QQuickItem *item)
+{
+    return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
+}
+
+} // namespace
+
+class tst_Screens : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void loadingThenErrorThenGrid();
+    void layoutFollowsTheWidth_data();
+    void layoutFollowsTheWidth();
+    void aTapPlaysAndTheMiniPlayerComes();
+    void tracksPlayWithoutTheFullPlayer();
+    void aRefreshKeepsTheCards();
+    void categoriesFilter();
+    void walkedByKeyboard();
+    void spaceIsThePlayersUnlessAControlUsesIt();
+    void assistiveTechnologyPresses();
+
+private:
+    [[nodiscard]] QList<QQuickItem *> items(const QByteArray &type) const
+    {
+        return itemsOf(m_window->contentItem(), type);
+    }
+    [[nodiscard]] QQuickItem *named(const QByteArray &type, const QString &text) const;
+    [[nodiscard]] QQuickItem *card(int number) const
+    {
+        return named("StationCardView"_ba, QString(u"ایستگاه "_s + QString::number(number)));
+    }
+    void click(const QQuickItem *item) const
+    {
+        QTest::mouseClick(m_window, Qt::LeftButton, {}, middleOf(item));
+    }
+    void fill(int count, const QByteArray &more = {});
+    void reachPlaying();
+
+    std::unique_ptr<FakeHttpSession> m_http;
+    NoPictures m_pictures;
+    std::unique_ptr<FakeMediaPlayer> m_player;
+    std::unique_ptr<ManualMainQueue> m_queue;
+    QtFileStore m_files;
+    std::unique_ptr<QQmlApplicationEngine> m_engine;
+    QQuickWindow *m_window = nullptr;
+};
+
+void tst_Screens::initTestCase()
+{
+    QQuickStyle::setStyle(u"Basic"_s);
+}
+
+void tst_Screens::init()
+{
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
+    m_http = std::make_unique<FakeHttpSession>();
+    m_player = std::make_unique<FakeMediaPlayer>();
+    m_queue = std::make_unique<ManualMainQueue>();
+    TestAccess::install(*m_http, m_pictures, *m_player, *m_queue, m_files);
+    m_engine = std::make_unique<QQmlApplicationEngine>();
+    prepareViews(*m_engine);
+    m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
+    m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().value(0));
+    QVERIFY(m_window);
+    QVERIFY(QTest::qWaitForWindowActive(m_window));
+    detach(StationStore::shared().load(false), "loading in a test");
+}
+
+void tst_Screens::cleanup()
+{
+    m_engine.reset();
+    // nobody may be left waiting for an answer
+    while (!m_http->exchanges.empty())
+        m_http->take().fail();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    m_player->item.reset();
+    TestAccess::reset();
+}
+
+QQuickItem *tst_Screens::named(const QByteArray &type, const QString &text) const
+{
+    for (auto *item : items(type)) {
+        if (item->property("text").toString() == text)
+            return item;
+    }
+    return nullptr;
+}
+
+void tst_Screens::fill(int count, const QByteArray &more)
+{
+    m_http->take().answer(catalogue(count, more));
+    QTRY_VERIFY(card(0));
+}
+
+void tst_Screens::reachPlaying()
+{
+    m_player->status = MediaPlayer::TimeControlStatus::Playing;
+    m_player->observer(1);
+    m_queue->drain();
+}
+
+void tst_Screens::loadingThenErrorThenGrid()
+{
+    QCOMPARE(items("Spinner"_ba).size(), 1);
+    m_http->take().fail();
+    QTRY_VERIFY(named("NButton"_ba, u"تلاش دوباره"_s));
+    QVERIFY(items("Spinner"_ba).isEmpty());
+    click(named("NButton"_ba, u"تلاش دوباره"_s));
+    QCOMPARE(items("Spinner"_ba).size(), 1);
+    fill(3);
+    QCOMPARE(items("StationCardView"_ba).size(), 3);
+    QVERIFY(items("EmptyState"_ba).isEmpty());
+    // a failure never takes away what is there
+    QTest::keyClick(m_window, Qt::Key_F5);
+    m_http->take().fail();
+    QTRY_VERIFY(!StationStore::shared().isLoading());
+    QCOMPARE(items("StationCardView"_ba).size(), 3);
+}
+
+void tst_Screens::layoutFollowsTheWidth_data()
+{
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<int>("columns");
+    QTest::addColumn<QRect>("tabs");
+    QTest::newRow("smallest") << QSize(360, 560) << 2 << QRect(0, 500, 360, 60);
+    QTest::newRow("narrow") << QSize(639, 800) << 3 << QRect(0, 740, 639, 60);
+    QTest::newRow("medium") << QSize(1000, 700) << 5 << QRect(916, 0, 84, 700);
+    QTest::newRow("wide") << QSize(1120, 700) << 5 << QRect(920, 0, 200, 700);
+}
+
+void tst_Screens::layoutFollowsTheWidth()
+{
+    QFETCH(QSize, size);
+    QFETCH(int, columns);
+    QFETCH(QRect, tabs);
+    fill(12);
+    m_window->resize(size);
+    const auto *strip = items("TabStrip"_ba).at(0);
+    QTRY_COMPARE(QRectF(strip->position(), strip->size()).toRect(), tabs);
+    const auto rowOf = [this](int number) { return middleOf(card(number)).y(); };
+    QTRY_COMPARE(rowOf(columns - 1), rowOf(0));
+    QTRY_VERIFY(rowOf(columns) > rowOf(0));
+    QVERIFY(middleOf(card(1)).x() < middleOf(card(0)).x());
+}
+
+void tst_Screens::aTapPlaysAndTheMiniPlayerComes()
+{
+    fill(3);
+    QVERIFY(items("MiniPlayerBar"_ba).isEmpty());
+    click(card(1));
+    QVERIFY(RadioPlayer::shared().isFullPlayerPresented());
+    QTRY_COMPARE(m_player->calls, QStringList({u"replace http://127.0.0.1:9/stream/1"_s, u"play"_s}));
+    QTRY_COMPARE(items("MiniPlayerBar"_ba).size(), 1);
+    QTRY_VERIFY(card(1)->property("isSelected").toBool());
+    QVERIFY(!card(0)->property("isSelected").toBool());
+    QVERIFY(items("EqualizerBars"_ba).isEmpty());
+    m_player->calls.clear();
+    reachPlaying();
+    QTRY_COMPARE(items("EqualizerBars"_ba).size(), 1);
+    const auto *toggle = named("ScaleButtonStyle"_ba, u"توقف"_s);
+    QTRY_VERIFY(middleOf(toggle).y() < m_window->height() - 50); // it slides in
+    click(toggle);
+    QCOMPARE(m_player->takeCalls(), QStringList({u"pause"_s}));
+}
+
+void tst_Screens::tracksPlayWithoutTheFullPlayer()
+{
+    fill(1, ",\"tracks\":[{\"title\":\"a\",\"stream_url\":\"/t\"}],\"track_count\":1"_ba);
+    click(card(0));
+    QTRY_COMPARE(m_player->calls.value(0), u"replace http://127.0.0.1:9/t"_s);
+    QVERIFY(!RadioPlayer::shared().isFullPlayerPresented());
+}
+
+void tst_Screens::aRefreshKeepsTheCards()
+{
+    fill(6);
+    const auto before = items("StationCardView"_ba);
+    QTest::keyClick(m_window, Qt::Key_F5);
+    m_http->take().answer(catalogue(7));
+    QTRY_VERIFY(card(6));
+    const auto after = items("StationCardView"_ba);
+    for (auto *item : before)
+        QVERIFY(after.contains(item));
+}
+
+void tst_Screens::categoriesFilter()
+{
+    fill(6);
+    const auto chip = [this](const QString &text) { return named("ScaleButtonStyle"_ba, text); };
+    click(chip(u"ایرانی"_s));
+    QTRY_VERIFY(!card(0));
+    QVERIFY(card(1) && card(3) && card(5));
+    click(chip(u"بینالمللی"_s));
+    QTRY_VERIFY(items("StationCardView"_ba).isEmpty());
+    QVERIFY(items("EmptyState"_ba).isEmpty());
+}
+
+void tst_Screens::walkedByKeyboard()
+{
+    fill(6);
+    QStringList walk;
+    for (int i = 0; i < 4; ++i) {
+        QTest::keyClick(m_window, Qt::Key_Tab);
+        walk << m_window->activeFocusItem()->property("text").toString();
+    }
+    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"همه"_s, u"ایستگاه 0"_s}));
+    QTest::keyClick(m_window, Qt::Key_Left);
+    QCOMPARE(m_window->activeFocusItem(), card(1));
+    QTest::keyClick(m_window, Qt::Key_Return);
+    QTRY_COMPARE(m_player->calls.value(0), u"replace http://127.0.0.1:9/stream/1"_s);
+    QTest::keyClick(m_window, Qt::Key_Tab, Qt::ShiftModifier);
+    QTest::keyClick(m_window, Qt::Key_Left);
+    QTest::keyClick(m_window, Qt::Key_Space);
+    QCOMPARE(StationStore::shared().selectedCategory(), StationStore::Category::Iranian);
+}
+
+void tst_Screens::spaceIsThePlayersUnlessAControlUsesIt()
+{
+    fill(3);
+    QTest::keyClick(m_window, Qt::Key_Space);
+    QVERIFY(m_player->takeCalls().isEmpty());
+    click(card(0));
+    QTRY_VERIFY(m_player->calls.contains(u"play"_s));
+    m_player->calls.clear();
+    reachPlaying();
+    QTest::keyClick(m_window, Qt::Key_Space);
+    QCOMPARE(m_player->takeCalls(), QStringList({u"pause"_s}));
+
+    QTest::keyClick(m_window, Qt::Key_Left); // from here on the keyboard steers
+    QTest::keyClick(m_window, Qt::Key_Space);
+    QTRY_VERIFY(m_player->calls.contains(u"replace http://127.0.0.1:9/stream/1"_s));
+}
+
+void tst_Screens::assistiveTechnologyPresses()
+{
+    fill(3);
+    auto *interface = QAccessible::queryAccessibleInterface(card(2));
+    QVERIFY(interface);
+    QCOMPARE(interface->role(), QAccessible::Button);
+    QCOMPARE(interface->text(QAccessible::Name), u"ایستگاه 2"_s);
+    interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    QTRY_VERIFY(m_player->calls.contains(u"replace http://127.0.0.1:9/stream/2"_s));
+}
+
+QTEST_MAIN(tst_Screens)
+#include "tst_Screens.moc"
