@@ -4,11 +4,15 @@
 # One Qt Test executable. It runs without a display and without anybody's real folders: HOME and the XDG folders
 # point into the build tree. LABELS: `threads` puts the test into the thread-sanitizer run, `desktop` marks one
 # that starts its own X server, bus or sound server.
+add_custom_target(threads_tests) # all that the thread-sanitizer run needs
 function(navorin_add_test)
     cmake_parse_arguments(T "" "NAME;TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT" ${ARGN})
     add_executable(${T_NAME} ${T_SOURCES})
     target_link_libraries(${T_NAME} PRIVATE navorin_strict navorin_test_support Qt6::Test ${T_LIBRARIES})
     add_test(NAME ${T_NAME} COMMAND ${T_NAME})
+    if("threads" IN_LIST T_LABELS)
+        add_dependencies(threads_tests ${T_NAME})
+    endif()
     navorin_test_properties(${T_NAME} LABELS ${T_LABELS} TIMEOUT ${T_TIMEOUT} ENVIRONMENT ${T_ENVIRONMENT})
 endfunction()
 

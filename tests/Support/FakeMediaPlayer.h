@@ -7,6 +7,7 @@
 
 #include <limits>
 #include <stdexcept>
+#include <vector>
 
 namespace navorin {
 
@@ -32,11 +33,14 @@ public:
 
     void finishTracks(const QList<AudioTrack> &tracks)
     {
+        m_settled = true;
         m_tracks.addResult(tracks);
         m_tracks.finish();
     }
     void failTracks()
     {
+        if (std::exchange(m_settled, true))
+            return;
         m_tracks.setException(std::make_exception_ptr(std::runtime_error("no tracks")));
         m_tracks.finish();
     }
@@ -48,6 +52,7 @@ public:
 
 private:
     QPromise<QList<AudioTrack>> m_tracks;
+    bool m_settled = false;
 };
 
 /// An engine that makes no sound: it notes what it was told, and a test moves its status and its clock.
@@ -57,7 +62,7 @@ class FakeMediaPlayer final : public MediaPlayer
 public:
     [[nodiscard]] std::shared_ptr<MediaItem> makeItem(const QUrl &url) override
     {
-        return std::make_shared<FakeMediaItem>(url);
+        return made.emplace_back(std::make_shared<FakeMediaItem>(url));
     }
     [[nodiscard]] std::shared_ptr<MediaItem> currentItem() const override { return item; }
     void replaceCurrentItem(std::shared_ptr<MediaItem> newItem) override
@@ -75,9 +80,16 @@ public:
         observer = std::move(newObserver);
     }
 
+    /// Ends whoever still waits for the tracks of an item.
+    void failPendingTracks()
+    {
+        for (const auto &each : made)
+            each->failTracks();
+    }
     QStringList takeCalls() { return std::exchange(calls, {}); }
 
     std::shared_ptr<FakeMediaItem> item;
+    std::vector<std::shared_ptr<FakeMediaItem>> made;
     TimeControlStatus status = TimeControlStatus::Paused;
     std::function<void(double)> observer;
     float lastVolume = -1;

@@ -136,11 +136,12 @@ void tst_RadioPlayer::init()
 void tst_RadioPlayer::cleanup()
 {
     // Coroutines that still wait end before what they use goes.
-    if (m_engine->item)
-        m_engine->item->failTracks();
+    m_engine->failPendingTracks();
     while (!m_http->exchanges.empty())
         m_http->take().fail();
     QThreadPool::globalInstance()->waitForDone();
+    m_queue->drain();
+    m_engine->failPendingTracks(); // of what a failed hydration has started
     m_queue->drain();
     m_player.reset();
     m_offline.reset();
