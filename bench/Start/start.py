@@ -74,13 +74,14 @@ class Screen:
 
 
 class Monitor:
-    """Listens to the null sink all the time and knows when it last was silent and then was not."""
+    """Listens to the null sink all the time and knows when sound first came after it was armed."""
 
     def __init__(self):
         self._record = subprocess.Popen(
             ["parec", "--device=out.monitor", "--format=s16le", "--channels=1", f"--rate={SOUND_RATE}",
              "--latency-msec=10"], stdout=subprocess.PIPE)
         self._first_sound = None
+        self._last_sound = 0.0
         self._armed = threading.Event()
         threading.Thread(target=self._listen, daemon=True).start()
 
@@ -92,6 +93,9 @@ class Monitor:
     def first_sound(self):
         return self._first_sound
 
+    def silent(self):
+        return time.monotonic() - self._last_sound > 0.5
+
     def close(self):
         self._record.terminate()
         self._record.wait()
@@ -101,12 +105,13 @@ class Monitor:
             data = self._record.stdout.read(SOUND_RATE // 100 * 2)
             if not data:
                 return
-            if not self._armed.is_set():
-                continue
             samples = array.array("h", data)
             power = sum(sample * sample for sample in samples) / len(samples) / 32768**2
-            if power > 10 ** (AUDIBLE_DBFS / 10):
-                self._first_sound = time.monotonic()
+            if power <= 10 ** (AUDIBLE_DBFS / 10):
+                continue
+            self._last_sound = time.monotonic()
+            if self._armed.is_set():
+                self._first_sound = self._last_sound
                 self._armed.clear()
 
 
@@ -202,9 +207,9 @@ class Contender:
 
 def one_run(contender, screen, monitor, seconds):
     deadline = time.monotonic() + START_LIMIT
-    while screen.painted_share() > 0:
+    while screen.painted_share() > 0 or not monitor.silent():
         if time.monotonic() > deadline:
-            sys.exit("the window of the run before does not go away")
+            sys.exit("the run before does not go away")
         time.sleep(0.05)
     monitor.arm()
     program = Program(contender.command, contender.environment)
