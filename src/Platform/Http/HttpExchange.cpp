@@ -59,6 +59,8 @@ QNetworkRequest qtRequest(const HttpRequest &request, const HttpSessionConfigura
     result.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
     result.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
+    result.setAttribute(QNetworkRequest::Http2AllowedAttribute,
+                        false); // of HTTP/1.1 it is known what is sent again
     result.setTransferTimeout(int(request.timeout.value_or(configuration.timeoutForRequest).count()));
     return result;
 }

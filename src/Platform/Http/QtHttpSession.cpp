@@ -4,8 +4,10 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QHostAddress>
 #include <QNetworkAccessManager>
 #include <QNetworkDiskCache>
+#include <QNetworkProxy>
 
 #include <mutex>
 #include <utility>
@@ -14,6 +16,23 @@
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+/// The user's proxies, but never for this machine itself.
+class SystemProxies final : public QNetworkProxyFactory
+{
+public:
+    QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery &query) override
+    {
+        const auto host = query.peerHostName();
+        if (host == u"localhost"_s || QHostAddress(host).isLoopback())
+            return {QNetworkProxy(QNetworkProxy::NoProxy)};
+        return systemProxyForQuery(query);
+    }
+};
+
+} // namespace
 
 /// What of the session lives on the network thread. Requests come in through a locked mailbox, so that the
 /// hand-over between the threads is in plain sight.
@@ -71,6 +90,7 @@ private:
         if (m_network)
             return *m_network;
         m_network = std::make_unique<QNetworkAccessManager>();
+        m_network->setProxyFactory(new SystemProxies); // owned by the manager
         if (m_configuration.diskCache) {
             auto *cache = new QNetworkDiskCache(m_network.get());
             cache->setCacheDirectory(m_configuration.diskCache->folder);

@@ -69,7 +69,9 @@ ArtworkLoader &ArtworkLoader::shared()
 HttpSessionConfiguration ArtworkLoader::sessionConfiguration()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/artwork"_s;
-    return {.largestBody = largestFile, .diskCache = HttpDiskCache{folder, largestCache}};
+    return {.timeoutForRequest = std::chrono::seconds(15),
+            .largestBody = largestFile,
+            .diskCache = HttpDiskCache{folder, largestCache}};
 }
 
 QFuture<QImage> ArtworkLoader::load(const QUrl &address, QSize pixels, qreal radius)

@@ -4,8 +4,10 @@
 #include "Services/Catalogue/TrackCarryOver.h"
 
 #include <QCoro/QCoroFuture>
+#include <QPointer>
 #include <QThreadPool>
 
+#include <exception>
 #include <utility>
 
 namespace navorin {
@@ -99,17 +101,28 @@ QCoro::Task<void> StationStore::load(bool force)
         co_return;
     setLoading(true);
     setErrorMessage({});
+    const QPointer self(this);
+    QList<Station> fresh;
+    std::exception_ptr failure;
     try {
-        const auto fresh = m_client.fetchStations().then(
-            QThreadPool::globalInstance(), [old = m_stations](const QFuture<QList<Station>> &answer) {
-                return withCarriedTracks(answer.result(), old);
-            });
-        publish(co_await fresh);
+        fresh = co_await refreshed(m_stations);
     } catch (...) {
-        if (m_stations.isEmpty() || force)
-            setErrorMessage(errorDescription(std::current_exception()));
+        failure = std::current_exception();
     }
+    if (!self)
+        co_return;
+    if (!failure)
+        publish(std::move(fresh));
+    else if (m_stations.isEmpty() || force)
+        setErrorMessage(errorDescription(failure));
     setLoading(false);
+}
+
+QFuture<QList<Station>> StationStore::refreshed(const QList<Station> &old) const
+{
+    return m_client.fetchStations().then(
+        QThreadPool::globalInstance(),
+        [old](const QFuture<QList<Station>> &answer) { return withCarriedTracks(answer.result(), old); });
 }
 
 void StationStore::publish(QList<Station> stations)

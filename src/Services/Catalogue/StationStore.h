@@ -4,6 +4,7 @@
 #include "Services/SharedInstance.h"
 
 #include <QCoro/QCoroTask>
+#include <QFuture>
 #include <QObject>
 
 #include <optional>
@@ -60,6 +61,8 @@ private:
     explicit StationStore(APIClient &client);
     static SharedInstance<StationStore> &instance();
 
+    /// The catalogue of the server with the track lists of `old`; made away from the UI thread.
+    [[nodiscard]] QFuture<QList<Station>> refreshed(const QList<Station> &old) const;
     void publish(QList<Station> stations);
     void setLoading(bool loading);
     void setErrorMessage(std::optional<QString> message);

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void destructionEndsEverything();
     void servesManyThreads();
     void keepsAnswersOnlyOnRequest();
+    void goesThroughTheUsersProxy();
 };
 
 void tst_QtHttpSession::failures_data()
@@ -262,6 +263,18 @@ void tst_QtHttpSession::keepsAnswersOnlyOnRequest()
     }
     for (const auto &request : server.requests())
         QVERIFY(!request.headers.contains("cookie"_ba));
+}
+
+void tst_QtHttpSession::goesThroughTheUsersProxy()
+{
+    ScriptedHttpServer proxy;
+    proxy.script("http://far.invalid/x"_ba, {200, "by proxy"_ba});
+    proxy.script("/x"_ba, {200, "directly"_ba});
+    qputenv("http_proxy", proxy.url().toEncoded());
+    QtHttpSession session;
+    QCOMPARE(session.send(to(QUrl(u"http://far.invalid/x"_s))).result().body, "by proxy"_ba);
+    QCOMPARE(session.send(to(proxy.url(u"/x"_s))).result().body, "directly"_ba);
+    qunsetenv("http_proxy");
 }
 
 QTEST_GUILESS_MAIN(tst_QtHttpSession)
