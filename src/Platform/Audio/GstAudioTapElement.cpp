@@ -1,5 +1,7 @@
 #include "Platform/Audio/GstAudioTapElement.h"
 
+#include "Platform/Audio/StreamingOrder.h"
+
 #include <gst/audio/audio.h>
 #include <gst/base/gstbasetransform.h>
 
@@ -26,36 +28,50 @@ NavorinAudioTapElement *self(gpointer object)
     return static_cast<NavorinAudioTapElement *>(object);
 }
 
-navorin::AudioTapHost &hostOf(gpointer object)
+/// Lends the host of an element to the thread that calls.
+class BorrowedHost
 {
-    return **self(object)->host;
-}
+public:
+    explicit BorrowedHost(gpointer object)
+    {
+        navorin::StreamingOrder::take();
+        m_host = self(object)->host->get();
+    }
+    BorrowedHost(const BorrowedHost &) = delete;
+    BorrowedHost &operator=(const BorrowedHost &) = delete;
+    ~BorrowedHost() { navorin::StreamingOrder::publish(); }
+    navorin::AudioTapHost *operator->() const { return m_host; }
+
+private:
+    navorin::AudioTapHost *m_host;
+};
 
 gboolean setCaps(GstBaseTransform *transform, GstCaps *in, GstCaps *)
 {
     GstAudioInfo info;
     if (!gst_audio_info_from_caps(&info, in))
         return FALSE;
+    const BorrowedHost host(transform);
     self(transform)->frameSize = gsize(info.bpf);
-    hostOf(transform).setFormat(info.rate, quint32(info.channels));
+    host->setFormat(info.rate, quint32(info.channels));
     return TRUE;
 }
 
 void beforeTransform(GstBaseTransform *transform, GstBuffer *)
 {
     // Passing through needs no writable buffer, hence never a copy.
-    gst_base_transform_set_passthrough(transform, hostOf(transform).update() ? FALSE : TRUE);
+    gst_base_transform_set_passthrough(transform, BorrowedHost(transform)->update() ? FALSE : TRUE);
 }
 
 GstFlowReturn transformInPlace(GstBaseTransform *transform, GstBuffer *buffer)
 {
-    auto &host = hostOf(transform);
+    const BorrowedHost host(transform);
     if (GST_BUFFER_IS_DISCONT(buffer))
-        host.markStartOfStream();
+        host->markStartOfStream();
     GstMapInfo map;
     if (!gst_buffer_map(buffer, &map, GST_MAP_READWRITE))
         return GST_FLOW_ERROR;
-    host.process(reinterpret_cast<float *>(map.data), qint64(map.size / self(transform)->frameSize));
+    host->process(reinterpret_cast<float *>(map.data), qint64(map.size / self(transform)->frameSize));
     gst_buffer_unmap(buffer, &map);
     return GST_FLOW_OK;
 }
@@ -63,13 +79,13 @@ GstFlowReturn transformInPlace(GstBaseTransform *transform, GstBuffer *buffer)
 gboolean sinkEvent(GstBaseTransform *transform, GstEvent *event)
 {
     if (GST_EVENT_TYPE(event) == GST_EVENT_FLUSH_STOP)
-        hostOf(transform).markStartOfStream();
+        BorrowedHost(transform)->markStartOfStream();
     return GST_BASE_TRANSFORM_CLASS(navorin_audio_tap_element_parent_class)->sink_event(transform, event);
 }
 
 gboolean stop(GstBaseTransform *transform)
 {
-    hostOf(transform).stop();
+    BorrowedHost(transform)->stop();
     return TRUE;
 }
 

@@ -3,6 +3,7 @@
 #include "Platform/Audio/GstAudioTapElement.h"
 #include "Platform/Audio/GstItemPipeline.h"
 #include "Platform/Audio/GstRuntime.h"
+#include "Platform/Audio/StreamingOrder.h"
 
 #include <initializer_list>
 
@@ -34,6 +35,13 @@ GstElement *make(const char *factory)
     return gst_element_factory_make(factory, nullptr);
 }
 
+/// What a callback of a streaming thread was registered for.
+GstItemPipeline *owner(gpointer data)
+{
+    StreamingOrder::take();
+    return static_cast<GstItemPipeline *>(data);
+}
+
 } // namespace
 
 void GstItemPipeline::build()
@@ -54,6 +62,7 @@ void GstItemPipeline::build()
     if (!addSoundChain() || !decodes)
         return fail(QStringLiteral("a part of the sound pipeline is missing"));
     startFilling(startLevel);
+    StreamingOrder::publish();
     setState(GST_STATE_PAUSED);
 }
 
@@ -116,7 +125,7 @@ GstBusSyncReply GstItemPipeline::onMessage(GstBus *, GstMessage *message, gpoint
     constexpr int handled = GST_MESSAGE_ERROR | GST_MESSAGE_WARNING | GST_MESSAGE_EOS |
                             GST_MESSAGE_ASYNC_DONE | GST_MESSAGE_DURATION_CHANGED | GST_MESSAGE_CLOCK_LOST |
                             GST_MESSAGE_REQUEST_STATE;
-    const auto self = static_cast<GstItemPipeline *>(data);
+    const auto self = owner(data);
     if (GST_MESSAGE_TYPE(message) & handled)
         self->m_thread.post([self, generation = self->m_generation.load(),
                              kept = std::shared_ptr<GstMessage>(message, gst_message_unref)] {
@@ -142,7 +151,7 @@ int GstItemPipeline::onAutoplugSelect(GstElement *, GstPad *, GstCaps *, GstElem
 
 void GstItemPipeline::onPadAdded(GstElement *, GstPad *pad, gpointer data)
 {
-    const auto self = static_cast<GstItemPipeline *>(data);
+    const auto self = owner(data);
     const GstPtr<GstCaps> caps(gst_pad_query_caps(pad, nullptr));
     if (!gst_structure_has_name(gst_caps_get_structure(caps.get(), 0), "audio/x-raw"))
         return;
@@ -154,20 +163,20 @@ void GstItemPipeline::onPadAdded(GstElement *, GstPad *pad, gpointer data)
 
 void GstItemPipeline::onNoMorePads(GstElement *, gpointer data)
 {
-    const auto self = static_cast<GstItemPipeline *>(data);
+    const auto self = owner(data);
     const auto count = self->m_audioPads.exchange(0);
     self->m_thread.post([self, count] { self->handleTracks(count); });
 }
 
 GstPadProbeReturn GstItemPipeline::onSourceOutput(GstPad *, GstPadProbeInfo *, gpointer data)
 {
-    static_cast<GstItemPipeline *>(data)->m_lastArrival = Clock::now();
+    owner(data)->m_lastArrival = Clock::now();
     return GST_PAD_PROBE_OK;
 }
 
 GstPadProbeReturn GstItemPipeline::onStoreInput(GstPad *, GstPadProbeInfo *info, gpointer data)
 {
-    const auto self = static_cast<GstItemPipeline *>(data);
+    const auto self = owner(data);
     if (GST_PAD_PROBE_INFO_TYPE(info) & GST_PAD_PROBE_TYPE_QUERY_DOWNSTREAM) {
         // This question would wait until the store is empty, just where one song of a stream follows another.
         const bool waits = GST_QUERY_TYPE(GST_PAD_PROBE_INFO_QUERY(info)) == GST_QUERY_ALLOCATION;

@@ -199,6 +199,7 @@ private Q_SLOTS:
     void replaces();
     void handsOverTheTap();
     void songAfterSong();
+    void titlesInTheStream();
     void withoutSound();
 
 private:
@@ -541,6 +542,26 @@ void tst_GstMediaPlayer::songAfterSong()
     QCOMPARE(log.sampleRate, 48000.0);
     QCOMPARE(log.channels, 1U);
     QVERIFY(std::abs(rig.positions.last() - 1.24) < 0.15);
+}
+
+/// Radio servers put the title between the bytes of the sound for whoever asks for it.
+void tst_GstMediaPlayer::titlesInTheStream()
+{
+    constexpr qsizetype interval = 4500;
+    auto body = tone("short.mp3");
+    for (auto at = interval; at < body.size(); at += interval + 33)
+        body.insert(at, char(2) + QByteArray("StreamTitle='سرود';").leftJustified(32, '\0'));
+    StreamServer server;
+    TapLog log;
+    Rig rig;
+    const auto item = rig.player.makeItem(
+        server.serve(u"live"_s, {.body = body, .headers = "icy-name: Test\r\nicy-metaint: 4500\r\n"}));
+    item->setAudioTap({1}, makeTap(log));
+    rig.player.replaceCurrentItem(item);
+    rig.player.play();
+    QTRY_COMPARE(rig.ended.size(), 1);
+    QVERIFY(std::abs(double(log.frames) / 44100 - 0.6) < 0.15);
+    QCOMPARE(log.starts, 1); // no hole where a title was
 }
 
 void tst_GstMediaPlayer::withoutSound()
