@@ -49,7 +49,11 @@ FocusScope {
 
         model: screen.home.stations
         onItemPooled: (index, item) => item.visible = false
-        onItemReused: (index, item) => item.visible = true
+        onItemReused: (index, item) => {
+            item.visible = true
+            item.opacity = 1
+            item.scale = 1
+        }
         delegate: FocusScope {
             id: cell
 
@@ -105,6 +109,23 @@ FocusScope {
         footer: Item {
             width: 1
             height: screen.home.hasStation ? 110 : 24
+        }
+        add: Transition {
+            GridSpring { property: "opacity"; from: 0; to: 1 }
+            GridSpring { property: "scale"; from: 0.9; to: 1 }
+        }
+        remove: Transition {
+            NumberAnimation { property: "opacity"; to: 0; duration: 160; easing.type: Easing.OutQuad }
+        }
+        // Whoever is pushed aside may not have arrived yet.
+        displaced: Transition {
+            GridSpring { properties: "x,y" }
+            GridSpring { properties: "opacity,scale"; to: 1 }
+        }
+        move: displaced
+
+        component GridSpring: SpringMotion {
+            response: 0.5
         }
 
         NumberAnimation on scale {

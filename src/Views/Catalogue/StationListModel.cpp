@@ -32,7 +32,7 @@ void StationListModel::setStations(const QList<Station> &stations)
     const auto size = std::max<qsizetype>({m_cards.size(), fresh.size(), 1});
     const auto steps = listSteps(keysOf(m_cards), keysOf(fresh), std::min(maxSteps, maxMovedRows / size));
     if (!steps) {
-        replace(std::move(fresh));
+        replace(fresh);
         return;
     }
     for (const auto &step : *steps) {
@@ -93,11 +93,14 @@ QHash<int, QByteArray> StationListModel::roleNames() const
             {SelectedRole, "isSelected"}};
 }
 
-void StationListModel::replace(QList<StationCard> cards)
+void StationListModel::replace(const QList<StationCard> &fresh)
 {
-    beginResetModel();
-    m_cards = std::move(cards);
-    endResetModel();
+    const auto common = std::min(m_cards.size(), fresh.size());
+    if (m_cards.size() > common)
+        removeRows(common, m_cards.size() - common);
+    update(fresh.first(common));
+    if (fresh.size() > common)
+        insertRows(common, fresh.size() - common, fresh);
 }
 
 void StationListModel::insertRows(qsizetype row, qsizetype number, const QList<StationCard> &fresh)

@@ -10,7 +10,8 @@
 namespace navorin {
 
 /// The cards of the grid. A new catalogue changes it row by row, so that cards that stay the same are not
-/// touched; only when most of it differs is it replaced as a whole.
+/// touched. When most of it differs, the rows stay and show other stations: making anew what can be seen
+/// would take several frames.
 class StationListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -31,7 +32,7 @@ public:
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
 
 private:
-    void replace(QList<StationCard> cards);
+    void replace(const QList<StationCard> &fresh);
     void insertRows(qsizetype row, qsizetype number, const QList<StationCard> &fresh);
     void removeRows(qsizetype row, qsizetype number);
     void moveRow(qsizetype from, qsizetype to);
