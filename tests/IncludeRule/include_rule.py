@@ -46,7 +46,7 @@ def fault(source, included):
     if top not in FOLDERS:
         return f"{top}/ has no rule yet"
     allowed = FOLDERS[top]
-    if to_top not in allowed and not any(included.startswith(folder + "/") for folder in allowed):
+    if to_top not in allowed and included not in allowed and not any(included.startswith(f + "/") for f in allowed):
         return f"{top} may not include {to_top}"
     if top == to_top == "Services" and inner and to_inner and inner[0] != to_inner[0]:
         if inner[0] not in SERVICES:
