@@ -48,29 +48,13 @@ ApplicationWindow {
         width: isRail ? (isWide ? 200 : 84) : parent.width
         height: isRail ? parent.height : 60
     }
-    Item {
-        id: pages
+    ContentView {
+        shell: shell
+        currentTab: tabs.current
+        isWide: window.isWide
+        isNarrow: window.isNarrow
         width: parent.width - (tabs.isRail ? tabs.width : 0)
         height: parent.height - (tabs.isRail ? 0 : tabs.height)
-        clip: true
-
-        ContentView {
-            anchors.fill: parent
-            shell: shell
-            isWide: window.isWide
-            isNarrow: window.isNarrow
-            visible: tabs.current === 0
-            focus: visible
-        }
-        NText {
-            x: window.isNarrow ? 16 : 24
-            y: 20
-            width: parent.width - 2 * x
-            text: "کتابخانه من"
-            role: Theme.libraryTitle
-            visible: tabs.current === 1
-            Accessible.role: Accessible.Heading
-            Accessible.name: text
-        }
+        focus: true
     }
 }

@@ -89,6 +89,18 @@ FocusScope {
         // Half a gap on both sides of each cell; rounded in the cell, so that covers meet the pixels.
         readonly property real inset: screen.spacing / 2
 
+        // Clear of the mini player, and with the header when it is the first row.
+        function keepInSight() {
+            if (!currentItem)
+                return
+            const above = currentIndex < screen.columns ? head.height : 16
+            const lowest = currentItem.y - above
+            const highest = currentItem.y + cellHeight + footerItem.height - height
+            const target = Math.min(lowest, Math.max(highest, contentY))
+            scroll.to = target
+            scroll.restart()
+        }
+
         x: screen.margin - inset
         width: parent.width - 2 * x
         height: parent.height
@@ -99,6 +111,8 @@ FocusScope {
         cacheBuffer: 2 * cellHeight
         activeFocusOnTab: true
         keyNavigationEnabled: true
+        highlightFollowsCurrentItem: false
+        onCurrentItemChanged: if (Stage.keyboardSteers) keepInSight()
         boundsBehavior: Flickable.DragOverBounds
         clip: false
         Accessible.role: Accessible.List
@@ -128,6 +142,13 @@ FocusScope {
             response: 0.5
         }
 
+        NumberAnimation {
+            id: scroll
+            target: grid
+            property: "contentY"
+            duration: 180
+            easing.type: Easing.OutQuad
+        }
         NumberAnimation on scale {
             from: 0.96
             to: 1

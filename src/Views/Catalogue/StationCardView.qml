@@ -13,6 +13,7 @@ ScaleButtonStyle {
 
     text: name
     radius: Theme.artRadius
+    ringed: cover
     focusPolicy: Qt.ClickFocus
     Accessible.description: trackLine === "" ? "زنده" : trackLine
 
@@ -68,10 +69,6 @@ ScaleButtonStyle {
                 border.width: 2
                 border.color: Theme.accent
                 visible: card.isSelected
-            }
-            FocusRing {
-                control: card
-                around: Theme.artRadius
             }
         }
         NText {

@@ -20,7 +20,7 @@ ScaleButtonStyle {
         radius: bar.radius
         color: bar.panel
         border.width: 1
-        border.color: Theme.hairline
+        border.color: ThemeFunctions.blend(bar.panel, "white", 0.08)
 
         Shadow {
             z: -1

@@ -19,7 +19,7 @@ ScaleButtonStyle {
     background: Rectangle {
         radius: button.radius
         border.width: 1
-        border.color: Theme.white(button.isPrimary ? 0.22 : 0.08)
+        border.color: button.isPrimary ? Qt.lighter(Theme.selected, 1.22) : Theme.white(0.14)
         gradient: Gradient {
             GradientStop { position: 0; color: button.isPrimary ? Qt.lighter(Theme.selected, 1.06) : Theme.secondaryFill }
             GradientStop { position: 1; color: button.isPrimary ? Qt.darker(Theme.selected, 1.1) : Theme.secondaryFill }

@@ -9,6 +9,8 @@ T.AbstractButton {
 
     // Corner radius that the focus ring goes around.
     property real radius: 0
+    // What the ring goes around, if not all of it.
+    property Item ringed: control
     // 0 to 1: how much of the hover light is on.
     property real glow: hovered && enabled ? 1 : 0
 
@@ -26,6 +28,7 @@ T.AbstractButton {
     Behavior on glow { NumberAnimation { duration: Theme.hoverTime; easing.type: Easing.OutQuad } }
 
     FocusRing {
+        parent: control.ringed
         control: control
         around: control.radius
     }

@@ -1,20 +1,36 @@
 import QtQuick
 import Navorin
 
-// The radio tab: the home screen, and the mini player above it while a station is selected.
+// What stands beside the tabs: the screen of the current one, and over it the mini player while a station is
+// selected. A screen that is left keeps its state.
 FocusScope {
     id: content
 
     required property ContentViewState shell
+    required property int currentTab
     required property bool isWide
     required property bool isNarrow
     readonly property real margin: isNarrow ? 16 : 24
 
+    clip: true
+
     HomeView {
         anchors.fill: parent
         margin: content.margin
-        focus: true
+        visible: content.currentTab === 0
+        focus: visible
     }
+    NText {
+        x: content.margin
+        y: 20
+        width: parent.width - 2 * x
+        text: "کتابخانه من"
+        role: Theme.libraryTitle
+        visible: content.currentTab === 1
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
+    }
+
     // Darkens what passes below the mini player.
     Rectangle {
         anchors.bottom: parent.bottom
