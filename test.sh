@@ -1,15 +1,18 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds everything and runs every check:
-#   style and lint, the whole suite, the suite under the address sanitizer, the threads tests under the thread
-#   sanitizer.
-#   ./test.sh [lint|release|asan|tsan]...    runs only these stages
+# Installs what is missing, builds everything, runs the suite and checks the style.
+#   ./test.sh [STAGE...]    runs only these stages:
+#     release   the whole suite and the benchmarks' build
+#     lint      clang-format and qmllint
+#     tidy      clang-tidy, which takes its time
+#     asan      the suite under the address sanitizer
+#     tsan      the tests with threads of ours under the thread sanitizer
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/dependencies.sh
 install_missing "${build_packages[@]}" "${run_packages[@]}" "${test_packages[@]}"
 
 stages=("$@")
-[ ${#stages[@]} -eq 0 ] && stages=(release lint asan tsan)
+[ ${#stages[@]} -eq 0 ] && stages=(release lint)
 
 configure_and_build() {
     local extra=()
@@ -21,9 +24,9 @@ configure_and_build() {
 for stage in "${stages[@]}"; do
     echo "== $stage"
     case $stage in
-    lint)
+    lint | tidy)
         [ -f build/release/compile_commands.json ] || configure_and_build release
-        scripts/check-style.sh
+        "scripts/check-$stage.sh"
         ;;
     release | asan | tsan)
         configure_and_build "$stage"

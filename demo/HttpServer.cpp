@@ -17,7 +17,7 @@ namespace {
 constexpr int idleConnectionMs = 30'000;
 constexpr int listenBacklog = 256;
 constexpr int maxConnections = 512;
-constexpr std::size_t maxRequestBody = 16U * 1024 * 1024;
+constexpr auto maxRequestBody = std::size_t{16} * 1024 * 1024;
 
 /// A thread for each connection: an endless stream holds its own for hours, so a fixed pool would run dry.
 class ConnectionThreads : public httplib::TaskQueue

@@ -7,7 +7,6 @@ import contextlib
 import math
 import os
 import pathlib
-import shutil
 import signal
 import subprocess
 import threading
@@ -131,10 +130,6 @@ class Desktop(contextlib.AbstractContextManager):
 
     def click(self, x, y):
         self.run("xdotool", "mousemove", str(x), str(y), "click", "1")
-
-    def screenshot(self, path):
-        assert shutil.which("import"), "imagemagick is missing"
-        assert self.run("import", "-window", "root", str(path)).returncode == 0
 
     def record(self, seconds):
         """What the sink plays for so long: mono samples at 48 kHz, from -1 to 1."""
