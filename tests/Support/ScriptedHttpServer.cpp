@@ -3,25 +3,11 @@
 #include <QTcpSocket>
 #include <QTimer>
 
-#include <memory>
-
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-RecordedRequest parsedHead(const QByteArray &head)
-{
-    auto lines = head.split('\n');
-    const auto first = lines.takeFirst().trimmed().split(' ');
-    RecordedRequest request{first.value(0), first.value(1), {}, {}};
-    for (const auto &line : lines) {
-        const auto colon = line.indexOf(':');
-        request.headers.insert(line.first(colon).toLower(), line.sliced(colon + 1).trimmed());
-    }
-    return request;
-}
 
 QByteArray headOf(const ScriptedAnswer &answer)
 {
@@ -32,15 +18,16 @@ QByteArray headOf(const ScriptedAnswer &answer)
     return head + "\r\n"_ba;
 }
 
-void drip(QTcpSocket *socket, const QByteArray &body)
+void send(QTcpSocket *socket, const ScriptedAnswer &answer)
 {
-    auto *timer = new QTimer(socket);
-    QObject::connect(timer, &QTimer::timeout, socket, [socket, timer, body, sent = qsizetype(0)]() mutable {
-        socket->write(body.sliced(sent, 1));
-        if (++sent == body.size())
-            timer->stop();
-    });
-    timer->start(20);
+    using Ending = ScriptedAnswer::Ending;
+    if (!answer.raw.isEmpty())
+        socket->write(answer.raw);
+    else if (answer.ending != Ending::Hangup)
+        socket->write(headOf(answer) +
+                      answer.body.first(answer.body.size() / (answer.ending == Ending::Complete ? 1 : 2)));
+    if (!answer.raw.isEmpty() || answer.ending == Ending::Hangup || answer.ending == Ending::Cut)
+        socket->disconnectFromHost();
 }
 
 } // namespace
@@ -49,7 +36,7 @@ ScriptedHttpServer::ScriptedHttpServer()
     : m_server(new QTcpServer)
 {
     m_server->listen(QHostAddress::LocalHost);
-    m_port = m_server->serverPort();
+    m_url = QUrl(u"http://127.0.0.1:"_s + QString::number(m_server->serverPort()));
     QObject::connect(m_server, &QTcpServer::newConnection, m_server, [this] { accept(); });
     QObject::connect(&m_thread, &QThread::finished, m_server, &QObject::deleteLater);
     m_server->moveToThread(&m_thread);
@@ -65,7 +52,7 @@ ScriptedHttpServer::~ScriptedHttpServer()
 
 QUrl ScriptedHttpServer::url(const QString &path) const
 {
-    return QUrl(u"http://127.0.0.1:"_s + QString::number(m_port) + path);
+    return QUrl(m_url.toString() + path);
 }
 
 void ScriptedHttpServer::script(const QByteArray &target, ScriptedAnswer answer)
@@ -106,42 +93,30 @@ void ScriptedHttpServer::read(QTcpSocket *socket, QByteArray &buffer)
     const auto end = buffer.indexOf("\r\n\r\n");
     if (end < 0)
         return;
-    auto request = parsedHead(buffer.first(end));
+    RecordedRequest request;
+    auto lines = buffer.first(end).split('\n');
+    const auto words = lines.takeFirst().split(' ');
+    for (const auto &line : lines)
+        request.headers.insert(line.first(line.indexOf(':')).toLower(),
+                               line.sliced(line.indexOf(':') + 1).trimmed());
     const auto length = request.headers.value("content-length"_ba).toLongLong();
     if (buffer.size() < end + 4 + length)
         return;
+    request.line = words.at(0) + ' ' + words.at(1);
     request.body = buffer.sliced(end + 4, length);
     buffer.remove(0, end + 4 + length);
-    const auto answer = record(std::move(request));
-    QTimer::singleShot(answer.delay, socket, [this, socket, answer] { send(socket, answer); });
+    const auto answer = record(words.at(1), std::move(request));
+    QTimer::singleShot(answer.delay, socket, [socket, answer] { send(socket, answer); });
 }
 
-ScriptedAnswer ScriptedHttpServer::record(RecordedRequest request)
+ScriptedAnswer ScriptedHttpServer::record(const QByteArray &target, RecordedRequest request)
 {
     const QMutexLocker lock(&m_mutex);
-    auto &answers = m_script[request.target];
     m_requests.append(std::move(request));
+    auto &answers = m_script[target];
     if (answers.isEmpty())
-        return {404, {}, {}, {}, {}, {}};
+        return {.status = 404};
     return answers.size() > 1 ? answers.takeFirst() : answers.first();
-}
-
-void ScriptedHttpServer::send(QTcpSocket *socket, const ScriptedAnswer &answer)
-{
-    using Ending = ScriptedAnswer::Ending;
-    if (answer.ending == Ending::Hangup)
-        return socket->disconnectFromHost();
-    if (!answer.raw.isEmpty()) {
-        socket->write(answer.raw);
-        return socket->disconnectFromHost();
-    }
-    socket->write(headOf(answer));
-    if (answer.ending == Ending::Drip)
-        return drip(socket, answer.body);
-    socket->write(answer.ending == Ending::Complete ? answer.body
-                                                    : answer.body.first(answer.body.size() / 2));
-    if (answer.ending == Ending::Cut)
-        socket->disconnectFromHost();
 }
 
 } // namespace navorin

@@ -19,7 +19,6 @@ struct ScriptedAnswer
         Complete,
         Cut,   ///< the connection closes after half of the body
         Stall, ///< nothing more comes after half of the body
-        Drip,  ///< one byte every 20 ms
         Hangup ///< the connection closes without a word
     };
 
@@ -33,14 +32,13 @@ struct ScriptedAnswer
 
 struct RecordedRequest
 {
-    QByteArray method;
-    QByteArray target;
+    QByteArray line;                       ///< "GET /path"
     QHash<QByteArray, QByteArray> headers; ///< names in lower case
     QByteArray body;
 };
 
-/// A loopback HTTP server on a thread of its own that answers by script and records what it was asked, byte
-/// for byte. Its members may be called from any thread.
+/// A loopback HTTP server on a thread of its own that answers by script and records what it was asked. Its
+/// members may be called from any thread.
 class ScriptedHttpServer
 {
 public:
@@ -56,15 +54,14 @@ public:
 private:
     void accept();
     void read(QTcpSocket *socket, QByteArray &buffer);
-    ScriptedAnswer record(RecordedRequest request);
-    void send(QTcpSocket *socket, const ScriptedAnswer &answer);
+    ScriptedAnswer record(const QByteArray &target, RecordedRequest request);
 
     mutable QMutex m_mutex;
     QHash<QByteArray, QList<ScriptedAnswer>> m_script;
     QList<RecordedRequest> m_requests;
     int m_openConnections = 0;
-    quint16 m_port = 0;
-    QTcpServer *m_server = nullptr;
+    QTcpServer *m_server;
+    QUrl m_url;
     QThread m_thread;
 };
 
