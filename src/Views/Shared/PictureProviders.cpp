@@ -78,7 +78,7 @@ QImage ShadowProvider::requestImage(const QString &id, QSize *size, const QSize 
 
 int shadowReach(int blur)
 {
-    return blur + blur / 2; // three standard deviations
+    return blur + blur / 8; // what lies beyond is less than a level of the screen
 }
 
 int shadowBorder(int radius, int blur)
