@@ -119,6 +119,7 @@ void GstMediaItem::close()
 
 void GstMediaItem::setPlaying(bool playing)
 {
+    m_sounding = m_sounding && playing;
     if (m_pipeline)
         m_pipeline->setPlaying(playing);
 }

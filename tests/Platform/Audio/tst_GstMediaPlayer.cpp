@@ -3,14 +3,18 @@
 #include "Support/StreamServer.h"
 #include "TestMedia.h"
 
+#include <QDeadlineTimer>
 #include <QHash>
 #include <QMutex>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 #include <atomic>
 #include <cmath>
+#include <csignal>
 #include <span>
 #include <stdexcept>
 
@@ -101,11 +105,15 @@ std::shared_ptr<AudioTap> makeTap(TapLog &log)
     return tap;
 }
 
-/// The real queue, which knows whether anything is ticking.
+/// The real queue, which knows whether anything is ticking or was posted.
 class CountingQueue final : public MainQueue
 {
 public:
-    void post(Work work) override { m_queue.post(std::move(work)); }
+    void post(Work work) override
+    {
+        m_queue.post(std::move(work));
+        ++posted;
+    }
     std::unique_ptr<Timer> after(std::chrono::milliseconds delay, Work work) override
     {
         return m_queue.after(delay, std::move(work));
@@ -129,6 +137,7 @@ public:
     QFuture<void> sleep(std::chrono::milliseconds delay) override { return m_queue.sleep(delay); }
 
     int tickers = 0;
+    std::atomic_int posted = 0;
 
 private:
     QtMainQueue m_queue;
@@ -197,10 +206,12 @@ private Q_SLOTS:
     void seeks();
     void restsAtTheEnd();
     void replaces();
+    void lateNews();
     void handsOverTheTap();
     void songAfterSong();
     void titlesInTheStream();
     void withoutSound();
+    void soundServer();
 
 private:
     QString path(const char *name) const { return m_folder.filePath(QString::fromLatin1(name)); }
@@ -504,6 +515,21 @@ void tst_GstMediaPlayer::replaces()
     QCOMPARE(rig.ended.first().first().value<MediaItem *>(), rig.player.currentItem().get());
 }
 
+/// What a pipeline had told before its item was replaced, but what has not arrived yet, concerns nobody.
+void tst_GstMediaPlayer::lateNews()
+{
+    Rig rig;
+    const auto item = rig.start(file("no such file"));
+    const int before = rig.queue.posted;
+    const QDeadlineTimer deadline(5000);
+    while (rig.queue.posted == before && !deadline.hasExpired())
+        QThread::yieldCurrentThread();
+    QVERIFY(rig.queue.posted > before);
+    rig.player.replaceCurrentItem(nullptr);
+    QCoreApplication::processEvents();
+    QCOMPARE(item->status(), MediaItem::Status::Unknown);
+}
+
 void tst_GstMediaPlayer::handsOverTheTap()
 {
     Rig rig;
@@ -579,6 +605,42 @@ void tst_GstMediaPlayer::withoutSound()
     Rig soundless("nosuchelement");
     const auto item = soundless.start(file("short.wav"));
     QTRY_COMPARE(item->status(), MediaItem::Status::Failed);
+}
+
+/// In a session with a sound server of its own, which does not outlive this test.
+void tst_GstMediaPlayer::soundServer()
+{
+    const auto server = qEnvironmentVariable("SESSION_PULSE_PID");
+    if (server.isEmpty())
+        QSKIP("needs a sound server of its own");
+    QProcess recorder;
+    recorder.start(u"parec"_s, {u"-d"_s, u"out.monitor"_s, u"--format=float32le"_s, u"--latency-msec=20"_s});
+    QVERIFY(recorder.waitForStarted());
+    Rig rig("");
+    rig.start(file("long.wav"));
+    float loudest = 0;
+    QTRY_VERIFY([&] {
+        const auto recorded = recorder.readAllStandardOutput();
+        for (const auto sample : floats(recorded.first(recorded.size() / 4 * 4)))
+            loudest = std::max(loudest, std::abs(sample));
+        return loudest > 0.4F;
+    }());
+    QVERIFY(loudest < 0.6F);
+    recorder.kill();
+    recorder.waitForFinished();
+
+    QProcess list;
+    list.start(u"pactl"_s, {u"list"_s, u"sink-inputs"_s});
+    QVERIFY(list.waitForFinished());
+    const auto inputs = list.readAllStandardOutput();
+    QVERIFY(inputs.contains("application.name = \"Navorin\""));
+    QVERIFY(inputs.contains("media.role = \"music\""));
+
+    QCOMPARE(::kill(server.toInt(), SIGKILL), 0);
+    QTRY_COMPARE(rig.player.currentItem()->status(), MediaItem::Status::Failed);
+    QVERIFY(rig.is(Status::WaitingToPlay));
+    rig.start(file("short.wav"));
+    QTRY_COMPARE(rig.ended.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(tst_GstMediaPlayer)
