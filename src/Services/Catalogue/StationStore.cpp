@@ -105,7 +105,9 @@ QCoro::Task<void> StationStore::load(bool force)
     QList<Station> fresh;
     std::exception_ptr failure;
     try {
-        fresh = co_await refreshed(m_stations);
+        const auto refresh = refreshed(m_stations);
+        co_await QFuture<void>(refresh); // what waits holds no list, which it would free on this thread
+        fresh = refresh.result();
     } catch (...) {
         failure = std::current_exception();
     }
