@@ -16,7 +16,7 @@ ListView {
     keyNavigationEnabled: true
     model: home.categories
     currentIndex: home.selectedCategory
-    Accessible.role: Accessible.PageTabList
+    Accessible.role: Accessible.Grouping
     Accessible.name: "دسته‌ها"
 
     delegate: ScaleButtonStyle {
@@ -36,9 +36,8 @@ ListView {
         leftPadding: 16
         rightPadding: 16
         focusPolicy: Qt.ClickFocus
-        Accessible.role: Accessible.RadioButton
-        Accessible.checkable: true
-        Accessible.checked: isSelected
+        Accessible.selectable: true
+        Accessible.selected: isSelected
         onClicked: choose()
 
         background: Rectangle {

@@ -157,36 +157,41 @@ FocusScope {
         }
     }
 
-    Column {
+    Loader {
         anchors.centerIn: parent
-        spacing: 12
-        visible: screen.home.content === HomeViewState.Loading
+        active: screen.home.content === HomeViewState.Loading
 
-        Spinner {
-            anchors.horizontalCenter: parent.horizontalCenter
-            size: 32
-            running: parent.visible
-        }
-        NText {
-            text: "در حال دریافت ایستگاهها…"
-            role: Theme.caption
-            color: Theme.white(0.55)
-            Accessible.role: Accessible.StaticText
-            Accessible.name: text
+        sourceComponent: Column {
+            spacing: 12
+
+            Spinner {
+                anchors.horizontalCenter: parent.horizontalCenter
+                size: 32
+            }
+            NText {
+                text: "در حال دریافت ایستگاهها…"
+                role: Theme.caption
+                color: Theme.white(0.55)
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
+            }
         }
     }
-    EmptyState {
+    Loader {
         anchors.centerIn: parent
         width: parent.width - 2 * screen.margin
-        symbol: "wifi.exclamationmark"
-        message: screen.home.errorMessage
-        visible: screen.home.content === HomeViewState.Error
+        active: screen.home.content === HomeViewState.Error
 
-        NButton {
-            text: "تلاش دوباره"
-            symbol: "arrow.counterclockwise"
-            isPrimary: true
-            onClicked: screen.home.refresh()
+        sourceComponent: EmptyState {
+            symbol: "wifi.exclamationmark"
+            message: screen.home.errorMessage
+
+            NButton {
+                text: "تلاش دوباره"
+                symbol: "arrow.counterclockwise"
+                isPrimary: true
+                onClicked: screen.home.refresh()
+            }
         }
     }
 

@@ -15,6 +15,8 @@ ScaleButtonStyle {
     radius: Theme.artRadius
     ringed: cover
     focusPolicy: Qt.ClickFocus
+    Accessible.selectable: true
+    Accessible.selected: isSelected
     Accessible.description: trackLine === "" ? "زنده" : trackLine
 
     Item {

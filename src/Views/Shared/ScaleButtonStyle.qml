@@ -18,7 +18,7 @@ T.AbstractButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     hoverEnabled: true
     scale: down ? 0.96 : 1
-    Accessible.role: Accessible.Button
+    Accessible.role: Accessible.Button // the template knows no other
     Accessible.name: text
     Accessible.onPressAction: if (enabled) clicked()
     Keys.onReturnPressed: clicked()

@@ -10,7 +10,6 @@ ScaleButtonStyle {
     required property bool isBeside
 
     radius: Theme.artRadius
-    Accessible.role: Accessible.PageTab
     Accessible.selectable: true
     Accessible.selected: isSelected
 
