@@ -200,7 +200,7 @@ QByteArray MediaStore::makeFile(const Sound &sound, FileFormat format)
     QFile kept(path);
     if (sound.keepsOnDisk && kept.open(QIODevice::ReadOnly) && kept.size() > 0)
         return kept.readAll();
-    const QByteArray bytes = encodeMp4(sound.play(), m_cancelled);
+    QByteArray bytes = encodeMp4(sound.play(), m_cancelled);
     if (sound.keepsOnDisk && !bytes.isEmpty()) {
         QSaveFile file(path);
         if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size())

@@ -9,7 +9,7 @@ namespace navorin::demo {
 
 namespace {
 
-constexpr std::int64_t chunkSize = 64 * 1024;
+constexpr std::int64_t chunkSize = std::int64_t{64} * 1024;
 
 std::optional<std::int64_t> wholeNumber(std::string_view text)
 {

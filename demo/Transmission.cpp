@@ -10,7 +10,7 @@ namespace navorin::demo {
 namespace {
 
 constexpr std::chrono::milliseconds slowStep{50};
-constexpr std::int64_t truncatedStream = 64 * 1024;
+constexpr std::int64_t truncatedStream = std::int64_t{64} * 1024;
 
 } // namespace
 
