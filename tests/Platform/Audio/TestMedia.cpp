@@ -31,7 +31,7 @@ QString runPipeline(const QString &description)
     return QString::fromUtf8(GstPtr<GError>(error)->message);
 }
 
-QString writeTone(const QString &path, double seconds)
+QString MediaFolder::writeTone(const char *name, double seconds) const
 {
     static const QHash<QString, QString> encoders = {
         {u"wav"_s, u"wavenc"_s},
@@ -43,12 +43,12 @@ QString writeTone(const QString &path, double seconds)
     return runPipeline(u"audiotestsrc volume=0.5 freq=1000 samplesperbuffer=441 num-buffers=%1 ! "
                        "audio/x-raw,rate=44100,channels=2 ! audioconvert ! %2 ! filesink location=%3"_s
                            .arg(int(seconds * 100))
-                           .arg(encoders.value(QFileInfo(path).suffix()), path));
+                           .arg(encoders.value(QFileInfo(path(name)).suffix()), path(name)));
 }
 
-QByteArray contentsOf(const QString &path)
+QByteArray MediaFolder::contents(const char *name) const
 {
-    QFile file(path);
+    QFile file(path(name));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 

@@ -1,18 +1,30 @@
 #pragma once
 
 #include <QByteArray>
-#include <QString>
+#include <QTemporaryDir>
+#include <QUrl>
 
 namespace navorin {
 
 /// Runs a pipeline, as on a gst-launch command line, to its end. An empty text, or what went wrong.
 QString runPipeline(const QString &description);
 
-/// A tone of 1 kHz at half of full scale, in 44.1 kHz stereo, in the format of the file's suffix: wav, mp3,
-/// aac, ogg or m4a. An empty text, or what went wrong.
-QString writeTone(const QString &path, double seconds);
+/// A folder of media for one test.
+class MediaFolder
+{
+public:
+    /// A tone of 1 kHz at half of full scale, in 44.1 kHz stereo, in the format of the file's suffix: wav,
+    /// mp3, aac, ogg or m4a. An empty text, or what went wrong.
+    [[nodiscard]] QString writeTone(const char *name, double seconds) const;
+    [[nodiscard]] QString path(const char *name) const
+    {
+        return m_folder.filePath(QString::fromLatin1(name));
+    }
+    [[nodiscard]] QUrl file(const char *name) const { return QUrl::fromLocalFile(path(name)); }
+    [[nodiscard]] QByteArray contents(const char *name) const;
 
-/// The bytes of a file.
-QByteArray contentsOf(const QString &path);
+private:
+    QTemporaryDir m_folder;
+};
 
 } // namespace navorin
