@@ -158,10 +158,10 @@ void tst_ArtworkLoader::sharesAndGivesUp()
     QCOMPARE(server.requests().size(), 2);
 
     for (const auto isEnding : {false, true}) {
+        const auto before = server.requests().size();
         QList<QFuture<QImage>> scrolledPast;
         for (int i = 0; i < 40; ++i)
             scrolledPast.append(load(u"/slow"_s, 32 + i));
-        const auto before = server.requests().size();
         QTRY_VERIFY(server.requests().size() > before);
         if (isEnding)
             loader.reset();
