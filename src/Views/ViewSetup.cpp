@@ -1,6 +1,6 @@
 #include "Views/ViewSetup.h"
 
-#include "Views/Shared/PictureProviders.h"
+#include "Views/Shared/SymbolProvider.h"
 
 #include <QDirIterator>
 #include <QFontDatabase>
@@ -34,7 +34,6 @@ void prepareViews(QQmlEngine &engine)
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(u"symbol"_s, new SymbolProvider);
-    engine.addImageProvider(u"shadow"_s, new ShadowProvider);
 }
 
 } // namespace navorin

@@ -1,7 +1,7 @@
 #include "Views/Catalogue/HomeDecisions.h"
 #include "Views/Catalogue/StationCard.h"
 #include "Views/Playback/MiniPlayerBar.h"
-#include "Views/Shared/PictureProviders.h"
+#include "Views/Shared/Shadow.h"
 #include "Views/Shared/ShownText.h"
 #include "Views/Shared/SpringCurve.h"
 #include "Views/Shared/ThemeTones.h"

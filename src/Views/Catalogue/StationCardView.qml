@@ -23,8 +23,7 @@ ScaleButtonStyle {
         anchors.fill: parent
 
         Shadow {
-            parent: cover
-            z: -1
+            anchors.fill: cover
             radius: Theme.artRadius
             opacity: 0.35
         }

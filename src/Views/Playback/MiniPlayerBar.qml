@@ -23,11 +23,11 @@ ScaleButtonStyle {
         border.color: ThemeFunctions.blend(bar.panel, "white", 0.08)
 
         Shadow {
+            anchors.fill: parent
             z: -1
             radius: Theme.miniRadius
             blur: 36
             drop: 14
-            boxHeight: 72
             opacity: 0.6
         }
         Rectangle {

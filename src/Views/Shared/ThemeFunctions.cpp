@@ -1,7 +1,6 @@
 #include "Views/Shared/ThemeFunctions.h"
 
 #include "Services/Playback/PlaybackDecisions.h"
-#include "Views/Shared/PictureProviders.h"
 #include "Views/Shared/SpringCurve.h"
 #include "Views/Shared/ThemeTones.h"
 
@@ -48,16 +47,6 @@ QVariantList ThemeFunctions::springCurve(double response, double damping)
     for (const auto coordinate : SpringCurve{response, damping}.bezier())
         curve.append(coordinate);
     return curve;
-}
-
-int ThemeFunctions::shadowReach(int blur)
-{
-    return navorin::shadowReach(blur);
-}
-
-int ThemeFunctions::shadowBorder(int radius, int blur)
-{
-    return navorin::shadowBorder(radius, blur);
 }
 
 } // namespace navorin

@@ -7,7 +7,7 @@
 
 namespace navorin {
 
-/// The computed part of the theme, for QML: see ThemeTones.h, SpringCurve.h and PictureProviders.h.
+/// The computed part of the theme, for QML: see ThemeTones.h and SpringCurve.h.
 class ThemeFunctions : public QObject
 {
     Q_OBJECT
@@ -29,9 +29,6 @@ public:
 
     Q_INVOKABLE static int springDuration(double response, double damping);
     Q_INVOKABLE static QVariantList springCurve(double response, double damping);
-
-    Q_INVOKABLE static int shadowReach(int blur);
-    Q_INVOKABLE static int shadowBorder(int radius, int blur);
 };
 
 } // namespace navorin

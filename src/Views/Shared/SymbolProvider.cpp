@@ -1,0 +1,46 @@
+#include "Views/Shared/SymbolProvider.h"
+
+#include "Views/Shared/SymbolTable.h"
+
+#include <QPainter>
+#include <QSvgRenderer>
+
+namespace navorin {
+
+namespace {
+
+constexpr int symbolSize = 24; // when nobody says how large
+
+QImage tinted(QImage image, const QColor &color)
+{
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
+    painter.fillRect(image.rect(), color);
+    return image;
+}
+
+} // namespace
+
+SymbolProvider::SymbolProvider()
+    : QQuickImageProvider(Image)
+{
+}
+
+QImage SymbolProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)
+{
+    const auto separator = id.indexOf(u'?');
+    const auto file = symbolFile(separator < 0 ? id : id.first(separator));
+    QSvgRenderer renderer(file);
+    const auto pixels = requestedSize.isEmpty() ? QSize(symbolSize, symbolSize) : requestedSize;
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    if (renderer.isValid()) {
+        QPainter painter(&image);
+        renderer.render(&painter);
+    }
+    if (size)
+        *size = pixels;
+    return separator < 0 ? image : tinted(std::move(image), QColor(id.sliced(separator + 1)));
+}
+
+} // namespace navorin
