@@ -2,8 +2,12 @@
 
 #include "DemoBackendProcess.h"
 #include "DeveloperFlags.h"
+#include "Platform/Audio/DesktopAudioSession.h"
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
+#include "Platform/Desktop/DesktopSuspendInhibitor.h"
+#include "Platform/Desktop/MprisService.h"
+#include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
@@ -22,6 +26,7 @@
 #include <QGuiApplication>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QStandardPaths>
 #include <QThreadPool>
 
 #include <optional>
@@ -67,17 +72,35 @@ void traceStart(QQuickWindow &window, StationStore &store)
 /// Everything that the desktop gives, alive for as long as any service is.
 struct NavorinRadioApp::Platform
 {
+    explicit Platform(const MprisHooks &hooks)
+        : mpris(queue, files, QDBusConnection::sessionBus(), nowPlayingFolder(), hooks)
+    {
+        QObject::connect(&player, &GstMediaPlayer::outputCorked, &audioSession,
+                         &DesktopAudioSession::setCorked);
+        QObject::connect(&sleep, &SleepMonitor::aboutToSleep, &audioSession,
+                         &DesktopAudioSession::computerGoesToSleep);
+        QObject::connect(&sleep, &SleepMonitor::wokeUp, &audioSession, &DesktopAudioSession::computerWokeUp);
+    }
+    static QString nowPlayingFolder()
+    {
+        return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/now-playing"_s;
+    }
+
     QtMainQueue queue;
     QtFileStore files;
     SettingsUserDefaults defaults{queue};
     std::optional<QtHttpSession> http{std::in_place};
     QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
     GstMediaPlayer player{queue};
+    DesktopAudioSession audioSession{queue};
+    SleepMonitor sleep{QDBusConnection::systemBus()};
+    MprisService mpris;
+    DesktopSuspendInhibitor suspend{QDBusConnection::sessionBus()};
 };
 
 NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &options)
     : m_options(options)
-    , m_platform(std::make_unique<Platform>())
+    , m_platform(std::make_unique<Platform>(MprisHooks{[this] { raiseWindow(); }, &QCoreApplication::quit}))
 {
     installServices(baseUrl);
 }
@@ -114,7 +137,8 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
         [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
     RadioPlayer::instance().setMaker([&platform] {
         return std::unique_ptr<RadioPlayer>(
-            new RadioPlayer(platform.player, platform.queue, APIClient::shared(), OfflineStore::shared()));
+            new RadioPlayer({platform.player, platform.audioSession, platform.mpris, platform.mpris,
+                             platform.queue, APIClient::shared(), OfflineStore::shared()}));
     });
     // Made when its sheet first opens, and not before: saved settings are heard from then on.
     Equalizer::instance().setMaker(
@@ -135,6 +159,8 @@ bool NavorinRadioApp::showWindow()
     if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst()))
         traceStart(*window, store);
 
+    QObject::connect(&player, &RadioPlayer::isPlayingChanged, m_engine.get(),
+                     [this, &player] { m_platform->suspend.setInhibited(player.isPlaying()); });
     m_platform->queue.post([&store] { detach(store.load(false), "loading the catalogue at start"); });
     m_platform->queue.post([this, &store, &player] {
         applyDeveloperFlags(m_options, m_platform->queue, store, player);
@@ -157,11 +183,20 @@ void NavorinRadioApp::sceneBecameActive()
 
 void NavorinRadioApp::open(const QUrl &address)
 {
-    if (!asksForRecognition(address))
+    if (asksForRecognition(address))
+        raiseWindow();
+}
+
+void NavorinRadioApp::raiseWindow()
+{
+    if (!m_engine)
         return;
     for (auto *root : m_engine->rootObjects()) {
-        if (auto *window = qobject_cast<QQuickWindow *>(root))
+        if (auto *window = qobject_cast<QQuickWindow *>(root)) {
+            window->show();
+            window->raise();
             window->requestActivate();
+        }
     }
 }
 

@@ -30,6 +30,7 @@ private:
     [[nodiscard]] bool showWindow();
     void sceneBecameActive();
     void open(const QUrl &address);
+    void raiseWindow();
 
     LaunchOptions m_options;
     std::unique_ptr<Platform> m_platform;

@@ -111,7 +111,7 @@ class Desktop(contextlib.AbstractContextManager):
 
     def start_backend(self, *arguments, port=0):
         backend = self.start("navorin-demo-backend", "--port", str(port), "--log", *arguments)
-        self.port = int(backend.wait_for_line("PORT ").split()[1])
+        self.port = int(backend.wait_for_line("PORT ", 60).split()[1])
         return backend
 
     def start_app(self, *arguments, port=None, **environment):

@@ -7,6 +7,7 @@
 #include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Support/FakeDesktop.h"
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeUserDefaults.h"
 
@@ -32,10 +33,12 @@ struct navorin::TestAccess
     {
         return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
     }
-    static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, MainQueue &queue, APIClient &client,
-                                                   OfflineStore &offline)
+    static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, FakeDesktop &desktop,
+                                                   MainQueue &queue, APIClient &client, OfflineStore &offline)
     {
-        return std::unique_ptr<RadioPlayer>(new RadioPlayer(engine, queue, client, offline));
+        return std::unique_ptr<RadioPlayer>(
+            new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands, queue,
+                             client, offline}));
     }
     static std::unique_ptr<Equalizer> makeEqualizer(UserDefaults &defaults)
     {
@@ -131,7 +134,8 @@ QByteArray tst_EqualiserInPipeline::played(const std::optional<QVariantList> &sa
     GstMediaPlayer engine(queue, {"filesink location="_ba + output.toUtf8()});
     auto client = TestAccess::makeClient(QUrl(u"https://backend.test"_s), http);
     auto offline = TestAccess::makeOffline(files, queue);
-    auto player = TestAccess::makePlayer(engine, queue, *client, *offline);
+    FakeDesktop desktop;
+    auto player = TestAccess::makePlayer(engine, desktop, queue, *client, *offline);
     player->setVolume(1);
     const auto model = savedGains ? TestAccess::makeEqualizer(defaults) : nullptr;
 

@@ -5,6 +5,7 @@
 #include "Services/Catalogue/StationStore.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Support/FakeDesktop.h"
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeMediaPlayer.h"
 #include "Support/ManualMainQueue.h"
@@ -24,8 +25,8 @@ using namespace Qt::Literals::StringLiterals;
 
 struct navorin::TestAccess
 {
-    static void install(HttpSession &http, HttpSession &pictures, MediaPlayer &engine, MainQueue &queue,
-                        FileStore &files)
+    static void install(HttpSession &http, HttpSession &pictures, MediaPlayer &engine, FakeDesktop &desktop,
+                        MainQueue &queue, FileStore &files)
     {
         APIClient::instance().setMaker(
             [&] { return std::unique_ptr<APIClient>(new APIClient(QUrl(u"http://127.0.0.1:9"_s), http)); });
@@ -37,7 +38,8 @@ struct navorin::TestAccess
             [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
         RadioPlayer::instance().setMaker([&] {
             return std::unique_ptr<RadioPlayer>(
-                new RadioPlayer(engine, queue, APIClient::shared(), OfflineStore::shared()));
+                new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands,
+                                 queue, APIClient::shared(), OfflineStore::shared()}));
         });
     }
     static void reset()
@@ -138,6 +140,7 @@ private:
     std::unique_ptr<FakeMediaPlayer> m_player;
     std::unique_ptr<ManualMainQueue> m_queue;
     QtFileStore m_files;
+    FakeDesktop m_desktop;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;
 };
@@ -153,7 +156,7 @@ void tst_Screens::init()
     m_http = std::make_unique<FakeHttpSession>();
     m_player = std::make_unique<FakeMediaPlayer>();
     m_queue = std::make_unique<ManualMainQueue>();
-    TestAccess::install(*m_http, m_pictures, *m_player, *m_queue, m_files);
+    TestAccess::install(*m_http, m_pictures, *m_player, m_desktop, *m_queue, m_files);
     m_engine = std::make_unique<QQmlApplicationEngine>();
     prepareViews(*m_engine);
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
@@ -167,6 +170,7 @@ void tst_Screens::cleanup()
 {
     m_engine.reset();
     // nobody may be left waiting for an answer
+    m_player->failPendingTracks();
     while (!m_http->exchanges.empty())
         m_http->take().fail();
     QThreadPool::globalInstance()->waitForDone();

@@ -134,7 +134,7 @@ void HttpExchange::start()
 
 void HttpExchange::handleProgress()
 {
-    const auto limit = m_configuration.largestBody;
+    const auto limit = m_request.largestBody ? m_request.largestBody : m_configuration.largestBody;
     if (limit && m_reply->bytesAvailable() > *limit)
         fail(TransportError::Kind::Other, u"the body is too large"_s);
 }

@@ -21,6 +21,8 @@ struct HttpRequest
     QByteArray body;
     /// Longest time without data; the session's own if absent.
     std::optional<std::chrono::milliseconds> timeout;
+    /// A larger body is refused with TransportError::Kind::Other; the session's own limit if absent.
+    std::optional<qint64> largestBody;
 };
 
 struct HttpResponse
@@ -74,7 +76,7 @@ struct HttpSessionConfiguration
     std::chrono::milliseconds timeoutForRequest{std::chrono::seconds(30)};
     /// Longest time for the whole of a request and its answer.
     std::chrono::milliseconds timeoutForResource{std::chrono::seconds(120)};
-    /// A larger body is refused with TransportError::Kind::Other; no limit if absent.
+    /// For requests that do not bring their own; no limit if absent.
     std::optional<qint64> largestBody;
     /// Without one every request goes to the network and nothing is kept.
     std::optional<HttpDiskCache> diskCache;

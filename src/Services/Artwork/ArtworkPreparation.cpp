@@ -1,5 +1,7 @@
 #include "Services/Artwork/ArtworkPreparation.h"
 
+#include "Services/Artwork/ArtworkColor.h"
+
 #include <QBuffer>
 #include <QImageReader>
 #include <QPainter>
@@ -55,21 +57,28 @@ void shrinkWhileReading(QImageReader &reader, QSize target)
     reader.setScaledSize(target);
 }
 
+/// Decodes the picture that `reader` stands before, scaled down on the way to what just fills `target`; whole
+/// if that is empty. Null for what is no whole picture or too much of one.
+QImage decoded(const QByteArray &bytes, QImageReader &reader, QSize target = {})
+{
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    if (isCutJpeg(bytes) || !reader.canRead() || !isPictureFormat(reader.format()) ||
+        areaOf(reader.size()) > mostPixels)
+        return {};
+    if (reader.size().isValid() && !target.isEmpty())
+        shrinkWhileReading(reader, target);
+    QImage image;
+    return reader.read(&image) ? image : QImage();
+}
+
 QImage decoded(const QByteArray &bytes, QSize target)
 {
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    if (isCutJpeg(bytes) || !reader.canRead() || !isPictureFormat(reader.format()) ||
-        areaOf(reader.size()) > mostPixels)
-        return {};
-    if (reader.size().isValid())
-        shrinkWhileReading(reader, target);
-    QImage image;
-    return reader.read(&image) ? image : QImage();
+    return decoded(bytes, reader, target);
 }
 
 QImage filled(const QImage &image, QSize target)
@@ -105,6 +114,21 @@ QImage preparedArtwork(const QByteArray &bytes, QSize pixels, qreal radius)
                            .convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32_Premultiplied
                                                                     : QImage::Format_RGB32);
     return radius > 0 ? rounded(cover, radius) : cover;
+}
+
+std::optional<ReceivedArtwork> receivedArtwork(const QByteArray &bytes)
+{
+    QBuffer buffer;
+    buffer.setData(bytes);
+    buffer.open(QIODevice::ReadOnly);
+    QImageReader reader(&buffer);
+    reader.setDecideFormatFromContent(true);
+    const auto format = QString::fromLatin1(reader.format()); // none once it is read
+    const auto image = decoded(bytes, reader);
+    if (image.isNull())
+        return {};
+    return ReceivedArtwork{std::make_shared<EncodedPicture>(bytes, format, image.size()),
+                           vibrantColor(image)};
 }
 
 } // namespace navorin

@@ -1,8 +1,14 @@
 #pragma once
 
+#include "Platform/Desktop/NowPlayingCenter.h"
+
 #include <QByteArray>
+#include <QColor>
 #include <QImage>
 #include <QSize>
+
+#include <memory>
+#include <optional>
 
 namespace navorin {
 
@@ -13,5 +19,16 @@ namespace navorin {
 /// Scales while it decodes where the format can, so a huge picture costs little memory. A pure function for a
 /// worker thread: it may take a good part of a second.
 [[nodiscard]] QImage preparedArtwork(const QByteArray &bytes, QSize pixels, qreal radius);
+
+/// What a received artwork is good for beside being drawn.
+struct ReceivedArtwork
+{
+    std::shared_ptr<const EncodedPicture> picture;
+    std::optional<QColor> vibrantColor;
+};
+
+/// The picture in `bytes` with its accent colour, taken over all its pixels; absent for anything that
+/// preparedArtwork() would not show. A pure function for a worker thread.
+[[nodiscard]] std::optional<ReceivedArtwork> receivedArtwork(const QByteArray &bytes);
 
 } // namespace navorin

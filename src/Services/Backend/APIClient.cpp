@@ -1,5 +1,8 @@
 #include "Services/Backend/APIClient.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
@@ -28,6 +31,15 @@ std::optional<QUrl> parsed(const QString &text)
 {
     QUrl url(text, QUrl::StrictMode);
     return url.isValid() ? std::optional(std::move(url)) : std::nullopt;
+}
+
+QByteArray fileData(const QString &path, qint64 largest)
+{
+    QFile file(path);
+    // a pipe or a device would never end
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly) || file.size() > largest)
+        throw TransportError(TransportError::Kind::Other, u"not a file that can be read"_s);
+    return file.readAll();
 }
 
 } // namespace
@@ -63,6 +75,20 @@ std::optional<QUrl> APIClient::absolute(const std::optional<QString> &text) cons
         return url;
     const auto resolved = m_baseUrl.resolved(*url);
     return resolved.isValid() ? std::optional(resolved) : std::nullopt;
+}
+
+QFuture<QByteArray> APIClient::data(const QUrl &address, qint64 largest) const
+{
+    if (address.isLocalFile())
+        return QtFuture::makeReadyFuture(address.toLocalFile())
+            .then(QThreadPool::globalInstance(),
+                  [largest](const QString &path) { return fileData(path, largest); });
+    HttpRequest request;
+    request.url = address;
+    request.largestBody = largest;
+    return m_session.send(std::move(request))
+        .then(QThreadPool::globalInstance(),
+              [](const QFuture<HttpResponse> &answer) { return answer.result().body; });
 }
 
 QFuture<QList<Station>> APIClient::fetchStations() const

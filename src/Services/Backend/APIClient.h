@@ -37,6 +37,10 @@ public:
     /// The station of that genre with its tracks, under the same genre whatever the server calls it.
     [[nodiscard]] QFuture<Station> hydrateSongsara(const QString &genre) const;
 
+    /// What lies at `address` (http, https or file), whatever the status it comes with. Fails with
+    /// TransportError, also for more than `largest` bytes.
+    [[nodiscard]] QFuture<QByteArray> data(const QUrl &address, qint64 largest) const;
+
     /// One operation for each verb: the answer is read as a `T`. `path` has no leading slash. A token is sent
     /// whenever it is there, also an empty one.
     template <typename T>

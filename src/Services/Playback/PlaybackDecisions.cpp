@@ -1,8 +1,11 @@
 #include "Services/Playback/PlaybackDecisions.h"
 
 #include <cmath>
+#include <utility>
 
 namespace navorin {
+
+using namespace Qt::Literals::StringLiterals;
 
 QColor accentColor()
 {
@@ -38,6 +41,12 @@ double seekTarget(double seconds, double duration)
     const auto bound = duration > 0 ? duration : seconds;
     const auto target = bound < seconds ? bound : seconds; // NaN stays, and ends at 0
     return target >= 0 ? target : 0;
+}
+
+bool isJump(double before, double now)
+{
+    constexpr double longestStep = 2; // a tick comes every half second, or somewhat later
+    return now < before || now > before + longestStep;
 }
 
 bool choosesItsTrack(const Station &station)
@@ -78,6 +87,32 @@ Station shiftedTrack(Station station, qint64 delta)
         station.artworkURL = track.artworkURL;
     station.elapsedSeconds.reset();
     return station;
+}
+
+QString artworkKey(const Station &station)
+{
+    return station.currentTrackArtworkURL().value_or(station.genre);
+}
+
+NowPlayingInfo nowPlayingInfo(const std::optional<Station> &station, const PlaybackMoment &moment,
+                              std::shared_ptr<const EncodedPicture> artwork)
+{
+    NowPlayingInfo info;
+    info.title = station ? station->displayTrackTitle() : u"ناورین رادیو"_s;
+    info.playbackRate = moment.isPlaying ? 1.0 : 0.0;
+    info.isLiveStream = moment.isLive;
+    if (!moment.isLive && moment.duration > 0) {
+        info.duration = moment.duration;
+        info.elapsedTime = moment.currentTime;
+    }
+    if (!station)
+        return info;
+    const auto artist = station->displayArtist();
+    info.artist = artist.isEmpty() ? station->displayName() : artist;
+    info.albumTitle = station->displayName();
+    info.artwork = std::move(artwork);
+    info.identity = station->currentTrackID();
+    return info;
 }
 
 } // namespace navorin

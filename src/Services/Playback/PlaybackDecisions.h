@@ -2,9 +2,11 @@
 
 #include "Models/Station.h"
 #include "Platform/Audio/MediaPlayer.h"
+#include "Platform/Desktop/NowPlayingCenter.h"
 
 #include <QColor>
 
+#include <memory>
 #include <optional>
 
 /// What the player decides, apart from carrying it out. Pure functions.
@@ -30,6 +32,9 @@ enum class TickOutcome {
 /// Where a seek to `seconds` lands: within the duration if that is known, and never below 0.
 [[nodiscard]] double seekTarget(double seconds, double duration);
 
+/// From one tick to the next the position has moved otherwise than by going on playing. Seconds.
+[[nodiscard]] bool isJump(double before, double now);
+
 /// The station is played at a track of the caller's choice, so the server must not move it.
 [[nodiscard]] bool choosesItsTrack(const Station &station);
 
@@ -48,5 +53,20 @@ enum class MetadataOutcome {
 /// The station `delta` tracks further on its ring, carrying the text of the new track. Its track list must
 /// not be empty. Fatal if the index is so far below zero that the step stays outside the list.
 [[nodiscard]] Station shiftedTrack(Station station, qint64 delta);
+
+/// Under which the artwork of what plays is kept.
+[[nodiscard]] QString artworkKey(const Station &station);
+
+struct PlaybackMoment
+{
+    bool isPlaying = false;
+    bool isLive = true;
+    double duration = 0;    ///< seconds, 0 while unknown
+    double currentTime = 0; ///< seconds
+};
+/// The record that the desktop's media controls show.
+[[nodiscard]] NowPlayingInfo nowPlayingInfo(const std::optional<Station> &station,
+                                            const PlaybackMoment &moment,
+                                            std::shared_ptr<const EncodedPicture> artwork);
 
 } // namespace navorin

@@ -2,6 +2,7 @@
 
 #include "Platform/Audio/MediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
+#include "Platform/Desktop/NowPlayingCenter.h"
 #include "Platform/Tasks/Detached.h"
 #include "Services/Backend/APIClient.h"
 #include "Services/Equaliser/EqTap.h"
@@ -9,7 +10,6 @@
 #include "Services/Playback/PlaybackDecisions.h"
 
 #include <QCoro/QCoroFuture>
-#include <QPointer>
 
 #include <utility>
 
@@ -40,20 +40,27 @@ SharedInstance<RadioPlayer> &RadioPlayer::instance()
     return holder;
 }
 
-RadioPlayer::RadioPlayer(MediaPlayer &player, MainQueue &queue, APIClient &client, OfflineStore &offline)
-    : m_player(player)
-    , m_queue(queue)
-    , m_client(client)
-    , m_offline(offline)
+RadioPlayer::RadioPlayer(const Surroundings &surroundings)
+    : m_player(surroundings.player)
+    , m_audioSession(surroundings.audioSession)
+    , m_nowPlaying(surroundings.nowPlaying)
+    , m_remoteCommands(surroundings.remoteCommands)
+    , m_queue(surroundings.queue)
+    , m_client(surroundings.client)
+    , m_offline(surroundings.offline)
     , m_themeColor(accentColor())
 {
+    configureAudioSession();
     m_player.setPeriodicTimeObserver(tickInterval, [this, weak = QPointer(this)](double seconds) {
         if (weak)
             later([this, seconds] { handleTimeUpdate(seconds); });
     });
     connect(&m_player, &MediaPlayer::itemDidPlayToEnd, this,
             [this](const MediaItem *finished) { later([this, finished] { handleItemEnd(finished); }); });
+    observeAudioSession();
+    setupRemoteCommands();
     m_player.setVolume(m_volume);
+    followPlaybackState();
 }
 
 RadioPlayer::~RadioPlayer() = default;
@@ -95,6 +102,11 @@ void RadioPlayer::setBuffering(bool buffering)
 void RadioPlayer::setStatusText(const QString &text)
 {
     publish(m_statusText, text, &RadioPlayer::statusTextChanged);
+}
+
+void RadioPlayer::setThemeColor(const QColor &color)
+{
+    publish(m_themeColor, color, &RadioPlayer::themeColorChanged);
 }
 
 void RadioPlayer::setFullPlayerPresented(bool presented)
@@ -147,6 +159,7 @@ void RadioPlayer::play(const Station &station)
         return;
     }
     publish(m_isLive, !station.hasTracks(), &RadioPlayer::isLiveChanged);
+    updateNowPlayingInfo();
     auto item = m_player.makeItem(*url);
     m_player.setVolume(m_volume);
     m_player.replaceCurrentItem(item);
@@ -181,6 +194,7 @@ void RadioPlayer::play()
         later([this] { detach(selectStation(*m_currentStation), "selecting the station again"); });
         return;
     }
+    configureAudioSession();
     setBuffering(true);
     m_player.play();
 }
@@ -191,6 +205,7 @@ void RadioPlayer::pause()
     m_player.pause();
     setPlaying(false);
     setBuffering(false);
+    updateNowPlayingInfo();
 }
 
 void RadioPlayer::togglePlayPause()
@@ -206,6 +221,8 @@ void RadioPlayer::seek(double seconds)
     const auto target = seekTarget(seconds, m_duration);
     m_player.seek(target);
     publish(m_currentTime, target, &RadioPlayer::currentTimeChanged);
+    m_nowPlaying.announceJump(target);
+    updateNowPlayingInfo();
 }
 
 void RadioPlayer::skip(double seconds)
@@ -227,8 +244,11 @@ void RadioPlayer::handleTimeUpdate(double seconds)
         return;
     if (const auto error = item->error(); error && item->status() == MediaItem::Status::Failed)
         printDebugLine(u"[RadioPlayer] item failed: "_s + *error);
-    if (const auto position = publishedPosition(seconds))
+    if (const auto position = publishedPosition(seconds)) {
+        if (isJump(m_currentTime, *position))
+            m_nowPlaying.announceJump(*position);
         publish(m_currentTime, *position, &RadioPlayer::currentTimeChanged);
+    }
     publish(m_duration, publishedDuration(item->duration()), &RadioPlayer::durationChanged);
 
     switch (tickOutcome(m_player.timeControlStatus(), m_isPlaying, m_isBuffering, m_wantsPlayback)) {
@@ -253,6 +273,7 @@ void RadioPlayer::arriveAtPlaying()
     setBuffering(false);
     setStatusText({});
     startMetadataPolling();
+    updateNowPlayingInfo();
     later([this] { detach(refreshLiveMetadata(), "refreshing the live metadata"); });
 }
 

@@ -6,7 +6,10 @@
 
 #include <QColor>
 #include <QCoro/QCoroTask>
+#include <QHash>
 #include <QObject>
+#include <QPointer>
+#include <QSet>
 #include <QUrl>
 
 #include <functional>
@@ -16,9 +19,14 @@
 namespace navorin {
 
 class APIClient;
+class AudioSession;
 class MediaItem;
 class MediaPlayer;
+class NowPlayingCenter;
 class OfflineStore;
+class RemoteCommandCenter;
+struct EncodedPicture;
+struct RemoteCommands;
 
 /// The single owner of playback. Every screen starts, stops and reads playback here, and nothing else touches
 /// the audio engine. UI thread only.
@@ -99,7 +107,18 @@ private:
     friend class NavorinRadioApp;
     friend struct TestAccess;
 
-    RadioPlayer(MediaPlayer &player, MainQueue &queue, APIClient &client, OfflineStore &offline);
+    /// All that it stands on; each must outlive it.
+    struct Surroundings
+    {
+        MediaPlayer &player;
+        AudioSession &audioSession;
+        NowPlayingCenter &nowPlaying;
+        RemoteCommandCenter &remoteCommands;
+        MainQueue &queue;
+        APIClient &client;
+        OfflineStore &offline;
+    };
+    explicit RadioPlayer(const Surroundings &surroundings);
     static SharedInstance<RadioPlayer> &instance();
 
     // RadioPlayer.cpp: what plays and what is published
@@ -114,8 +133,24 @@ private:
     void setPlaying(bool playing);
     void setBuffering(bool buffering);
     void setStatusText(const QString &text);
+    void setThemeColor(const QColor &color);
     template <typename T>
     void publish(T &field, const T &value, void (RadioPlayer::*changed)());
+
+    // RadioPlayerSession.cpp: the desktop's media controls, interruptions, and the artwork
+    void updateNowPlayingInfo();
+    void publishPlaybackState();
+    void followPlaybackState();
+    void loadArtworkIfNeeded();
+    static QCoro::Task<void> loadArtwork(QPointer<RadioPlayer> player, QString key, QUrl address);
+    void setupRemoteCommands();
+    void addSeekingCommands(RemoteCommands &commands);
+    [[nodiscard]] bool canSeek() const;
+    void configureAudioSession();
+    void observeAudioSession();
+    void handleInterruptionBegan();
+    void handleInterruptionEnded(bool shouldResume);
+    void handleOutputGone();
 
     // RadioPlayerMetadata.cpp: following the backend
     void startMetadataPolling();
@@ -126,6 +161,9 @@ private:
     void handleItemEnd(const MediaItem *finished);
 
     MediaPlayer &m_player;
+    AudioSession &m_audioSession;
+    NowPlayingCenter &m_nowPlaying;
+    RemoteCommandCenter &m_remoteCommands;
     MainQueue &m_queue;
     APIClient &m_client;
     OfflineStore &m_offline;
@@ -144,6 +182,9 @@ private:
     bool m_wantsPlayback = false;
     std::optional<QString> m_pendingHydrationGenre;
     bool m_localTrackOverride = false;
+    /// Undecoded, for the whole run and without a limit: a live station has one for each programme.
+    QHash<QString, std::shared_ptr<const EncodedPicture>> m_artworkCache;
+    QSet<QString> m_artworkInFlight;
 };
 
 } // namespace navorin

@@ -5,7 +5,7 @@
 #include "Services/Playback/RadioPlayer.h"
 
 #include <QCoro/QCoroFuture>
-#include <QPointer>
+#include <QThreadPool>
 
 #include <algorithm>
 
@@ -18,7 +18,18 @@ namespace {
 
 constexpr auto pollingInterval = 15s;
 
+/// Looks the station up where the catalogue was read, so that the rest of it never reaches the UI thread.
+QFuture<std::optional<Station>> fetchStation(const APIClient &client, const QString &genre)
+{
+    return client.fetchStations().then(
+        QThreadPool::globalInstance(), [genre](const QFuture<QList<Station>> &answer) {
+            const auto stations = answer.result();
+            const auto found = std::ranges::find(stations, genre, &Station::genre);
+            return found == stations.end() ? std::nullopt : std::optional(*found);
+        });
 }
+
+} // namespace
 
 void RadioPlayer::startMetadataPolling()
 {
@@ -36,14 +47,13 @@ QCoro::Task<void> RadioPlayer::refreshLiveMetadata()
     if (!m_currentStation || !m_isPlaying)
         co_return;
     const auto old = *m_currentStation;
-    QList<Station> stations;
+    std::optional<Station> fresh;
     try {
-        stations = co_await m_client.fetchStations();
+        fresh = co_await fetchStation(m_client, old.genre);
     } catch (const std::exception &) {
         co_return; // the next pass is the retry
     }
-    const auto fresh = std::ranges::find(stations, old.genre, &Station::genre);
-    if (fresh == stations.end())
+    if (!fresh)
         co_return;
     switch (metadataOutcome(old, *fresh, m_localTrackOverride)) {
     case MetadataOutcome::Nothing:
@@ -52,11 +62,13 @@ QCoro::Task<void> RadioPlayer::refreshLiveMetadata()
         printDebugLine(u"[RadioPlayer] live metadata: "_s + old.title.value_or(u"?"_s) + u" -> "_s +
                        fresh->title.value_or(u"?"_s));
         setCurrentStation(withFreshMetadata(*fresh, m_currentStation));
+        updateNowPlayingInfo();
         break;
     case MetadataOutcome::ServerRotation:
         printDebugLine(u"[RadioPlayer] server rotation: "_s + old.displayTrackTitle() + u" -> "_s +
                        fresh->displayTrackTitle());
         setCurrentStation(*fresh);
+        updateNowPlayingInfo();
         play(*fresh);
         break;
     }

@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
@@ -76,6 +77,8 @@ void tst_NowPlayingArtworkFolder::warnsOnceAndRecovers()
         folder.write(picture("one"), note);
         QTRY_COMPARE(written.size(), 1);
         folder.write(picture("two"), note);
+        while (QDir(path).entryList({u"*.png"_s}).size() < 2) // and the event loop does not turn
+            QThread::yieldCurrentThread();
     }
     qInstallMessageHandler(nullptr);
     QCOMPARE(warnings, 1);

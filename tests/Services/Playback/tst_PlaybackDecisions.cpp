@@ -52,6 +52,7 @@ private Q_SLOTS:
     void ring_data();
     void ring();
     void ringCarriesTheTracksText();
+    void nowPlaying();
 };
 
 void tst_PlaybackDecisions::tick_data()
@@ -101,6 +102,9 @@ void tst_PlaybackDecisions::positions()
     }
     QCOMPARE(publishedPosition(0.5), 0.5);
     QCOMPARE(publishedDuration(180.25), 180.25);
+
+    QVERIFY(!isJump(10, 10) && !isJump(10, 10.5) && !isJump(10, 12));
+    QVERIFY(isJump(10, 9.9) && isJump(10, 12.1));
 }
 
 void tst_PlaybackDecisions::metadata_data()
@@ -179,6 +183,36 @@ void tst_PlaybackDecisions::ringCarriesTheTracksText()
     QCOMPARE(next.artworkURL, u"old art"_s);
     (*station.tracks)[1].artworkURL = u"new art"_s;
     QCOMPARE(shiftedTrack(station, 1).artworkURL, u"new art"_s);
+}
+
+void tst_PlaybackDecisions::nowPlaying()
+{
+    const auto nothing = nowPlayingInfo({}, {}, {});
+    QCOMPARE(nothing.title, u"ناورین رادیو"_s);
+    QCOMPARE(nothing.playbackRate, 0.0);
+    QVERIFY(!nothing.artist && !nothing.albumTitle && nothing.identity.isEmpty());
+
+    auto station = live(u"Googoosh - Pol"_s);
+    station.serverName = u"رادیو"_s;
+    auto info = nowPlayingInfo(station, {true, true, 300, 20}, {});
+    QCOMPARE(info.title, u"Pol"_s);
+    QCOMPARE(info.artist, u"Googoosh"_s);
+    QCOMPARE(info.albumTitle, u"رادیو"_s);
+    QVERIFY(info.isLiveStream && !info.duration && !info.elapsedTime);
+
+    station.title = u"Pol"_s; // nobody's name: the station's stands in
+    QCOMPARE(nowPlayingInfo(station, {}, {}).artist, u"رادیو"_s);
+
+    const auto list = listOf(2, 1);
+    QVERIFY(!nowPlayingInfo(list, {true, false, 0, 20}, {}).duration);
+    info = nowPlayingInfo(list, {true, false, 300, 20}, {});
+    QCOMPARE(info.duration, 300.0);
+    QCOMPARE(info.elapsedTime, 20.0);
+    QVERIFY(info.identity != nowPlayingInfo(listOf(2, 0), {}, {}).identity);
+
+    QCOMPARE(artworkKey(list), u"g"_s);
+    station.artworkURL = u"/c"_s;
+    QCOMPARE(artworkKey(station), u"/c?v=Pol"_s);
 }
 
 QTEST_GUILESS_MAIN(tst_PlaybackDecisions)

@@ -1,54 +1,17 @@
-#include "Platform/Storage/QtFileStore.h"
-#include "Platform/Tasks/Detached.h"
-#include "Services/Backend/APIClient.h"
-#include "Services/Offline/OfflineStore.h"
-#include "Services/Playback/RadioPlayer.h"
-#include "Support/FakeHttpSession.h"
-#include "Support/FakeMediaPlayer.h"
-#include "Support/ManualMainQueue.h"
+#include "RadioPlayerRig.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 
-struct navorin::TestAccess
-{
-    static std::unique_ptr<APIClient> makeClient(const QUrl &base, HttpSession &session)
-    {
-        return std::unique_ptr<APIClient>(new APIClient(base, session));
-    }
-    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue)
-    {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
-    }
-    static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, MainQueue &queue, APIClient &client,
-                                                   OfflineStore &offline)
-    {
-        return std::unique_ptr<RadioPlayer>(new RadioPlayer(engine, queue, client, offline));
-    }
-    static bool wantsPlayback(const RadioPlayer &player) { return player.m_wantsPlayback; }
-    static bool localTrackOverride(const RadioPlayer &player) { return player.m_localTrackOverride; }
-};
-
 namespace {
-
-using Status = MediaPlayer::TimeControlStatus;
 
 const auto connecting = u"در حال اتصال…"_s;
 const auto fetchingTracks = u"در حال دریافت لیست آهنگها…"_s;
 const auto noAddress = u"آدرس پخش نامعتبر"_s;
-
-Station liveStation(const QString &genre)
-{
-    Station station;
-    station.genre = genre;
-    station.streamURL = QString(u"/stream/"_s + genre);
-    return station;
-}
 
 Station bareSongsara(const QString &id)
 {
@@ -57,33 +20,15 @@ Station bareSongsara(const QString &id)
     return station;
 }
 
-Station listStation(int count, std::optional<qint64> index = {})
-{
-    auto station = liveStation(u"list"_s);
-    station.trackIndex = index;
-    station.tracks.emplace();
-    for (int i = 0; i < count; ++i) {
-        PlaylistTrack track;
-        track.trackID = QString::number(i);
-        station.tracks->append(track);
-    }
-    return station;
-}
-
-QByteArray catalogue(const QByteArray &stations)
-{
-    return "{\"data\":["_ba + stations + "]}"_ba;
-}
-
 } // namespace
 
-class tst_RadioPlayer : public QObject
+class tst_RadioPlayer : public QObject, protected RadioPlayerRig
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void startsAsTold();
     void selectingALiveStation();
@@ -104,68 +49,7 @@ private Q_SLOTS:
     void serverRotationRestarts();
     void walksTheRing();
     void endOfItem();
-
-private:
-    void select(const Station &station);
-    void tick(Status status, double seconds = 0);
-    void answerStations(const QByteArray &stations);
-
-    std::unique_ptr<QTemporaryDir> m_home;
-    std::unique_ptr<FakeHttpSession> m_http;
-    std::unique_ptr<ManualMainQueue> m_queue;
-    std::unique_ptr<QtFileStore> m_files;
-    std::unique_ptr<FakeMediaPlayer> m_engine;
-    std::unique_ptr<APIClient> m_client;
-    std::unique_ptr<OfflineStore> m_offline;
-    std::unique_ptr<RadioPlayer> m_player;
 };
-
-void tst_RadioPlayer::init()
-{
-    m_home = std::make_unique<QTemporaryDir>();
-    qputenv("XDG_DATA_HOME", m_home->path().toUtf8());
-    m_http = std::make_unique<FakeHttpSession>();
-    m_queue = std::make_unique<ManualMainQueue>();
-    m_files = std::make_unique<QtFileStore>();
-    m_engine = std::make_unique<FakeMediaPlayer>();
-    m_client = TestAccess::makeClient(QUrl(u"https://backend.test"_s), *m_http);
-    m_offline = TestAccess::makeOffline(*m_files, *m_queue);
-    m_player = TestAccess::makePlayer(*m_engine, *m_queue, *m_client, *m_offline);
-}
-
-void tst_RadioPlayer::cleanup()
-{
-    // Coroutines that still wait end before what they use goes.
-    m_engine->failPendingTracks();
-    while (!m_http->exchanges.empty())
-        m_http->take().fail();
-    QThreadPool::globalInstance()->waitForDone();
-    m_queue->drain();
-    m_engine->failPendingTracks(); // of what a failed hydration has started
-    m_queue->drain();
-    m_player.reset();
-    m_offline.reset();
-    m_client.reset();
-}
-
-void tst_RadioPlayer::select(const Station &station)
-{
-    detach(m_player->selectStation(station), "test");
-}
-
-void tst_RadioPlayer::tick(Status status, double seconds)
-{
-    m_engine->status = status;
-    m_engine->observer(seconds);
-    m_queue->drain();
-}
-
-void tst_RadioPlayer::answerStations(const QByteArray &stations)
-{
-    m_http->take().answer(catalogue(stations));
-    QThreadPool::globalInstance()->waitForDone();
-    m_queue->drain();
-}
 
 void tst_RadioPlayer::startsAsTold()
 {
@@ -224,8 +108,7 @@ void tst_RadioPlayer::failedHydrationPlaysTheBareStation()
 {
     select(bareSongsara(u"7"_s));
     m_http->take().fail();
-    QThreadPool::globalInstance()->waitForDone();
-    m_queue->drain();
+    settle();
     QCOMPARE(m_engine->takeCalls(),
              QStringList({u"replace https://backend.test/stream/songsara-7"_s, u"play"_s}));
     QVERIFY(m_player->isLive());
@@ -252,9 +135,8 @@ void tst_RadioPlayer::theLastTrackListTakesOver()
     select(liveStation(u"c"_s));
     auto first = m_http->take();
     answerStations(R"({"genre":"x","tracks":[{"id":2}]})");
-    first.answer(catalogue(R"({"genre":"x","tracks":[{"id":1}]})"));
-    QThreadPool::globalInstance()->waitForDone();
-    m_queue->drain();
+    first.answer(R"({"data":[{"genre":"x","tracks":[{"id":1}]}]})");
+    settle();
     QCOMPARE(m_player->currentStation()->genre, u"songsara-1"_s);
     QCOMPARE(m_engine->item->url.path(), u"/stream/songsara-1"_s);
 }
@@ -266,9 +148,7 @@ void tst_RadioPlayer::offlineFirst()
     QVERIFY(m_files->writeAtomically(
         m_files->applicationSupportFolder() + u"/offline_index.json"_s,
         R"([{"key":"track|1","title":"t","artist":"","audioFileName":"A.mp3","sizeBytes":5,"downloadedAt":1.5}])"));
-    m_player.reset();
-    m_offline = TestAccess::makeOffline(*m_files, *m_queue);
-    m_player = TestAccess::makePlayer(*m_engine, *m_queue, *m_client, *m_offline);
+    makePlayer();
 
     select(listStation(2, 1));
     QVERIFY(m_engine->item->url.isLocalFile());
@@ -414,6 +294,8 @@ void tst_RadioPlayer::liveUpdateLeavesTheSoundAlone()
     QCOMPARE(m_player->currentStation()->title, u"new"_s);
     QCOMPARE(m_player->currentStation()->artist, u"x"_s);
     QCOMPARE(m_engine->takeCalls(), QStringList());
+    m_http->take().fail(); // the artwork
+    settle();
 
     m_queue->advance(15s);
     answerStations(R"({"genre":"b"})"); // gone from the catalogue: stays as it is

@@ -1,0 +1,7 @@
+#include "Platform/Audio/AudioSession.h"
+
+namespace navorin {
+
+AudioSession::~AudioSession() = default;
+
+} // namespace navorin
