@@ -15,7 +15,7 @@ namespace {
 
 // raise it when pieces or encoder settings change, so that old files are left alone
 constexpr int cacheVersion = 2;
-constexpr double toneSeconds = 20;
+constexpr double toneSeconds = 60;
 
 const char *suffixOf(Codec codec)
 {
