@@ -295,6 +295,11 @@ void read(Value &value, double &target)
     take(value.get_double(), target, "number");
 }
 
+void read(Value &value, bool &target)
+{
+    take(value.get_bool(), target, "boolean");
+}
+
 void read(Value &value, Scalar &target)
 {
     target = {};

@@ -51,6 +51,7 @@ struct Scalar
 void read(Value &value, QString &target);
 void read(Value &value, qint64 &target);
 void read(Value &value, double &target);
+void read(Value &value, bool &target);
 /// Never fails on a value of another type.
 void read(Value &value, Scalar &target);
 /// The same for a text: any other value counts as absent.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Models/APIModels.h"
 #include "Models/Station.h"
 #include "Platform/Http/HttpSession.h"
 #include "Services/Backend/APIError.h"
@@ -15,6 +16,13 @@
 #include <optional>
 
 namespace navorin {
+
+/// What a signed-in user has gathered.
+struct Library
+{
+    QList<PlaylistSummary> playlists;
+    QList<FavoriteTrack> favorites;
+};
 
 /// The one gateway to the backend, JSON over HTTPS at a single address. It has no mutable state: any thread
 /// may call it at any time, and no call waits for another.
@@ -36,6 +44,41 @@ public:
     [[nodiscard]] QFuture<QList<Station>> fetchStations() const;
     /// The station of that genre with its tracks, under the same genre whatever the server calls it.
     [[nodiscard]] QFuture<Station> hydrateSongsara(const QString &genre) const;
+
+    /// What a search of the other service finds, possibly nothing.
+    [[nodiscard]] QFuture<QList<Station>> soundcloudSearch(const QString &text) const;
+
+    [[nodiscard]] QFuture<AuthData> login(const QString &username, const QString &password) const;
+    /// Opens a sign-up that waits for the bot's code.
+    [[nodiscard]] QFuture<AuthSessionInfo>
+    initTelegramSignup(const QString &username, const QString &password, const QString &displayName) const;
+    [[nodiscard]] QFuture<AuthData> verifySignupOTP(const QString &sessionID, const QString &code) const;
+    /// Opens a reset that waits for the bot's code.
+    [[nodiscard]] QFuture<AuthSessionInfo> forgotPassword(const QString &identifier) const;
+    /// The server's words, if it has any. Signs nobody in.
+    [[nodiscard]] QFuture<std::optional<QString>> resetPassword(const QString &sessionID, const QString &code,
+                                                                const QString &newPassword) const;
+    /// Whose token it is. Never fails: every failure means nobody.
+    [[nodiscard]] QFuture<std::optional<User>> me(const QString &token) const;
+
+    /// The playlists, then the favourites; the first failure ends the call.
+    [[nodiscard]] QFuture<Library> loadLibrary(const QString &token) const;
+    [[nodiscard]] QFuture<PlaylistDetail> playlistDetail(qint64 id,
+                                                         const std::optional<QString> &token) const;
+    [[nodiscard]] QFuture<PlaylistSummary> createPlaylist(const QString &title, const QString &token) const;
+    [[nodiscard]] QFuture<void> deletePlaylist(qint64 id, const QString &token) const;
+    /// Adds what `station` plays.
+    [[nodiscard]] QFuture<void> addTrackToPlaylist(qint64 playlistId, const Station &station,
+                                                   const QString &token) const;
+    [[nodiscard]] QFuture<void> deletePlaylistTrack(qint64 playlistId, qint64 trackId,
+                                                    const QString &token) const;
+
+    /// What stands behind an address of Spotify, as it was pasted.
+    [[nodiscard]] QFuture<SpotifyEntity> spotifyResolve(const QString &address) const;
+    /// Names the song in a snippet of AAC in MPEG-4. Gives up after 25 seconds of silence.
+    [[nodiscard]] QFuture<ShazamData> recognize(const QByteArray &audioData) const;
+    /// The address at which the bot hands over what `station` plays.
+    [[nodiscard]] QFuture<QUrl> telegramDownloadToken(const Station &station) const;
 
     /// What lies at `address` (http, https or file), whatever the status it comes with. Fails with
     /// TransportError, also for more than `largest` bytes.

@@ -56,16 +56,6 @@ QUrl withQuery(QUrl url, const QueryItems &items)
     return url;
 }
 
-/// The server's own words in an error body, if it has any.
-std::optional<QString> messageIn(const QByteArray &body)
-{
-    try {
-        return json::decode<SimpleMessage>(body).message;
-    } catch (const DecodingError &) {
-        return {}; // an error page of a proxy, say: the status speaks for itself
-    }
-}
-
 } // namespace
 
 bool isUsableBase(const QUrl &url)
@@ -119,11 +109,9 @@ QByteArray judged(HttpVerb verb, const HttpResponse &response)
     if (status >= 200 && status <= 299)
         return response.body;
     const auto staysSilent = verb == HttpVerb::Get || (verb == HttpVerb::Post && !response.status);
-    if (!staysSilent) {
-        if (auto message = messageIn(response.body))
-            throw ServerError(*std::move(message), status);
-    }
-    throw APIError::http(status);
+    if (staysSilent)
+        throw APIError::http(status);
+    std::rethrow_exception(refusal<SimpleMessage>(response));
 }
 
 } // namespace navorin

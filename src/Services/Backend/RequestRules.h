@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Http/HttpSession.h"
+#include "Services/Backend/APIError.h"
 
 #include <QJsonObject>
 #include <QList>
@@ -36,5 +37,19 @@ using QueryItems = QList<std::pair<QString, QString>>;
 /// the other verbs ServerError if the body brings a message. An answer that is not HTTP counts as status -1,
 /// and POST does not look into its body.
 [[nodiscard]] QByteArray judged(HttpVerb verb, const HttpResponse &response);
+
+/// What a bad status means whose body may bring the server's own words, in an `Answer` of that call.
+template <typename Answer>
+[[nodiscard]] std::exception_ptr refusal(const HttpResponse &response)
+{
+    const auto status = response.status.value_or(-1);
+    try {
+        if (auto message = json::decode<Answer>(response.body).message)
+            return std::make_exception_ptr(ServerError(*std::move(message), status));
+    } catch (const DecodingError &) {
+        // an error page of a proxy, say: the status speaks for itself
+    }
+    return std::make_exception_ptr(APIError::http(status));
+}
 
 } // namespace navorin
