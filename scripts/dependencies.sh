@@ -5,7 +5,7 @@ build_packages=(
     qt6-base-dev qt6-declarative-dev qt6-svg-dev qt6-shadertools-dev qt6-l10n-tools qt6-tools-dev-tools
     libgl1-mesa-dev libxkbcommon-dev libvulkan-dev
     qcoro-qt6-dev libsimdjson-dev
-    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev
+    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libglib2.0-dev
     libcpp-httplib-dev nlohmann-json3-dev
 )
 
@@ -20,7 +20,7 @@ run_packages=(
 
 test_packages=(
     libbenchmark-dev clang-format clang-tidy qt6-declarative-dev-tools
-    python3 xvfb x11-xkb-utils xdotool dbus playerctl pulseaudio pulseaudio-utils procps
+    python3 xvfb x11-xkb-utils xdotool dbus gnome-keyring libglib2.0-bin playerctl pulseaudio pulseaudio-utils procps
 )
 
 # install_missing PACKAGE... : asks apt only for what is not there yet.

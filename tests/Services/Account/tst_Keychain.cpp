@@ -1,0 +1,160 @@
+#include "Services/Account/Keychain.h"
+#include "Support/FakeSecureItemStore.h"
+
+#include <QTest>
+
+using namespace navorin;
+using namespace Qt::Literals::StringLiterals;
+
+namespace navorin {
+
+struct TestAccess
+{
+    static void install(SecureItemStore &store)
+    {
+        Keychain::instance().reset();
+        Keychain::instance().setMaker([&store] { return std::unique_ptr<Keychain>(new Keychain(store)); });
+    }
+    static void remove() { Keychain::instance().reset(); }
+};
+
+} // namespace navorin
+
+namespace {
+
+const auto key = u"session_token"_s;
+const auto name = u"ir.navorin.NavorinRadio/session_token"_s;
+using Text = std::optional<QString>;
+
+} // namespace
+
+class tst_Keychain : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_store.emplace();
+        TestAccess::install(*m_store);
+    }
+    void cleanup() { TestAccess::remove(); }
+
+    void reads_data();
+    void reads();
+    void writes_data();
+    void writes();
+    void hangingStore();
+    void storeGoesFirst();
+    void warmReading();
+
+private:
+    std::optional<FakeSecureItemStore> m_store;
+};
+
+void tst_Keychain::reads_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<Text>("text");
+    const auto word = u"نشانه 🎵"_s;
+    QTest::newRow("text") << word.toUtf8() << Text(word);
+    QTest::newRow("empty") << ""_ba << Text(u""_s);
+    QTest::newRow("mark of byte order, zero") << "\xEF\xBB\xBF-\0-"_ba << Text(u"\uFEFF-\0-"_s);
+    QTest::newRow("latin-1") << "caf\xE9 au lait"_ba << Text();
+    QTest::newRow("cut") << word.toUtf8().chopped(1) << Text();
+    QTest::newRow("overlong") << "\xC0\xAF"_ba << Text();
+    QTest::newRow("surrogate") << "\xED\xA0\x80"_ba << Text();
+}
+
+void tst_Keychain::reads()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const Text, text);
+    QVERIFY(!Keychain::get(key));
+    m_store->items.insert(name, QByteArray(bytes.constData(), bytes.size()));
+    QCOMPARE(Keychain::get(key), text);
+    QCOMPARE(Keychain::getSoon(key).result(), text);
+    QVERIFY(!Keychain::get(u"other"_s));
+    m_store->available = false;
+    QVERIFY(!Keychain::get(key));
+}
+
+void tst_Keychain::writes_data()
+{
+    QTest::addColumn<bool>("available");
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<Text>("value");
+    QTest::addColumn<QStringList>("asked");
+    QTest::addColumn<QByteArray>("after");
+    const auto none = QByteArray();
+    QTest::newRow("first") << true << none << Text(u"ب"_s) << QStringList{u"exists"_s, u"add"_s}
+                           << "\xD8\xA8"_ba;
+    QTest::newRow("second") << true << "a"_ba << Text(u"b"_s) << QStringList{u"exists"_s, u"update"_s}
+                            << "b"_ba;
+    QTest::newRow("no store") << false << "a"_ba << Text(u"b"_s) << QStringList{u"exists"_s, u"add"_s}
+                              << "a"_ba;
+    QTest::newRow("empty") << true << "a"_ba << Text(u""_s) << QStringList{u"remove"_s} << none;
+    QTest::newRow("absent") << true << "a"_ba << Text() << QStringList{u"remove"_s} << none;
+    QTest::newRow("empty on nothing") << true << none << Text(u""_s) << QStringList{u"remove"_s} << none;
+}
+
+void tst_Keychain::writes()
+{
+    QFETCH(const bool, available);
+    QFETCH(const QByteArray, before);
+    QFETCH(const Text, value);
+    m_store->available = available;
+    if (!before.isNull())
+        m_store->items.insert(name, before);
+    Keychain::set(value, key);
+    QTEST(m_store->asked, "asked");
+    QTEST(m_store->items.value(name), "after");
+    QVERIFY(m_store->items.size() <= 1);
+    QCOMPARE(m_store->settled, 0);
+}
+
+void tst_Keychain::hangingStore()
+{
+    m_store->hangs = true;
+    const auto before = Keychain::getSoon(key);
+    Keychain::set(u"old"_s, key);
+    Keychain::set(u"new"_s, key);
+    const auto after = Keychain::getSoon(key);
+    QVERIFY(!Keychain::get(key));
+    QCOMPARE(m_store->settled, 1);
+    QVERIFY(!before.isFinished() && !after.isFinished());
+    m_store->wakeUp();
+    QCOMPARE(before.result(), Text());
+    QCOMPARE(after.result(), Text(u"new"_s));
+    QCOMPARE(Keychain::get(key), Text(u"new"_s));
+    QCOMPARE(m_store->settled, 1);
+}
+
+void tst_Keychain::storeGoesFirst()
+{
+    m_store->hangs = true;
+    const auto reading = Keychain::getSoon(key);
+    m_store.reset();
+    QVERIFY(reading.isFinished());
+    QCOMPARE(reading.result(), Text());
+}
+
+void tst_Keychain::warmReading()
+{
+    const QStringList once{u"copyMatching"_s};
+    m_store->items.insert(name, "early"_ba);
+    Keychain::warmUp(key);
+    Keychain::warmUp(key);
+    QCOMPARE(m_store->asked, once);
+    QCOMPARE(Keychain::get(key), Text(u"early"_s));
+    QCOMPARE(m_store->asked, once);
+    m_store->items.insert(name, "changed"_ba);
+    QCOMPARE(Keychain::get(key), Text(u"changed"_s));
+
+    Keychain::warmUp(key);
+    Keychain::set(u"later"_s, key);
+    QCOMPARE(Keychain::getSoon(key).result(), Text(u"later"_s));
+}
+
+QTEST_GUILESS_MAIN(tst_Keychain)
+#include "tst_Keychain.moc"
