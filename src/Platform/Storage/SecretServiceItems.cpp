@@ -1,6 +1,5 @@
 #include "Platform/Storage/SecretServiceItems.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace navorin {

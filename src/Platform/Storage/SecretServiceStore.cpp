@@ -36,7 +36,7 @@ SecretServiceStore::~SecretServiceStore()
 
 QByteArray SecretServiceStore::sessionBusAddress()
 {
-    const auto address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
+    auto address = qgetenv("DBUS_SESSION_BUS_ADDRESS");
     const QByteArray socket = qgetenv("XDG_RUNTIME_DIR") + "/bus";
     if (!address.isEmpty() || !QFile::exists(QFile::decodeName(socket)))
         return address;

@@ -132,12 +132,7 @@ Keychain::Reading Keychain::startReading(const QString &key) const
 
 Keychain::Reading Keychain::takeReading(const QString &key)
 {
-    const auto warm = m_warm.constFind(key);
-    if (warm == m_warm.cend())
-        return startReading(key);
-    const auto reading = *warm;
-    m_warm.erase(warm);
-    return reading;
+    return m_warm.contains(key) ? m_warm.take(key) : startReading(key);
 }
 
 } // namespace navorin
