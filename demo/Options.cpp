@@ -1,5 +1,7 @@
 #include "Options.h"
 
+#include "Accounts/Identity.h"
+
 #include <QCommandLineParser>
 #include <QStandardPaths>
 
@@ -28,6 +30,30 @@ std::optional<double> number(const QCommandLineParser &parser, const QString &na
     return readable && value >= low && value <= high ? std::optional(value) : std::nullopt;
 }
 
+constexpr double longestSeconds = 1e9;
+
+/// Reads what concerns accounts into `options`; what is wrong with it, or an empty text.
+QString readAccountOptions(const QCommandLineParser &parser, Options &options)
+{
+    const auto seconds = [&parser](const QString &name, std::int64_t fallback) {
+        return number(parser, name, static_cast<double>(fallback), 0, longestSeconds);
+    };
+    const auto tokenSeconds = seconds(u"token-seconds"_s, options.tokenSeconds);
+    const auto codeSeconds = seconds(u"code-seconds"_s, options.codeSeconds);
+    if (!tokenSeconds || !codeSeconds)
+        return u"--token-seconds or --code-seconds is out of bounds"_s;
+    options.databaseFile = parser.value(u"database"_s);
+    options.tokenSeconds = static_cast<std::int64_t>(*tokenSeconds);
+    options.codeSeconds = static_cast<std::int64_t>(*codeSeconds);
+    if (!parser.isSet(u"demo-user"_s))
+        return {};
+    const QString user = parser.value(u"demo-user"_s);
+    options.demoUser = {user.section(u':', 0, 0).toStdString(), user.section(u':', 1).toStdString()};
+    if (!isUsername(options.demoUser->first) || !isPassword(options.demoUser->second))
+        return u"--demo-user takes NAME:PASSWORD, 3 to 24 of a-z 0-9 _ . - and at least 4 characters"_s;
+    return {};
+}
+
 } // namespace
 
 std::optional<Options> Options::parse(const QStringList &arguments)
@@ -44,6 +70,10 @@ std::optional<Options> Options::parse(const QStringList &arguments)
         {u"time-scale"_s, u"How much faster programmes and rotations move."_s, u"factor"_s},
         {u"stations"_s, u"Pad the catalogue to so many stations."_s, u"number"_s},
         {u"tracks"_s, u"Give the station \"archive\" so many tracks."_s, u"number"_s},
+        {u"database"_s, u"File of the accounts; :memory: keeps none."_s, u"file"_s},
+        {u"token-seconds"_s, u"How long a sign-in lasts."_s, u"seconds"_s},
+        {u"code-seconds"_s, u"How long a six-digit code is good."_s, u"seconds"_s},
+        {u"demo-user"_s, u"Make an account with playlists and favourites."_s, u"name:password"_s},
         {u"fault"_s,
          u"Make requests whose path begins so fail. Kinds: status:N, cut:BYTES, stall:BYTES, "
          "slow:BYTES_PER_SECOND, delay:SECONDS, garbage, html, truncate."_s,
@@ -72,6 +102,8 @@ std::optional<Options> Options::parse(const QStringList &arguments)
     options.timeScale = *scale;
     options.stations = static_cast<int>(*stations);
     options.archiveTracks = static_cast<int>(*tracks);
+    if (const QString wrong = readAccountOptions(parser, options); !wrong.isEmpty())
+        return complain(wrong);
     for (const QString &text : parser.values(u"fault"_s)) {
         const auto fault = Fault::parse(text.toStdString());
         if (!fault)

@@ -9,7 +9,7 @@
 namespace navorin::demo {
 
 /// Which handler answers which path. A path that ends in "/" takes everything below it, and the handler gets
-/// the rest of it, percent-decoded.
+/// the rest of it, percent-decoded. A handler may throw a Refusal.
 class Routes
 {
 public:
@@ -26,6 +26,9 @@ private:
         std::string path;
         Handler handler;
     };
+
+    [[nodiscard]] static Reply called(const Route &route, const httplib::Request &request);
+
     std::vector<Route> m_routes;
 };
 

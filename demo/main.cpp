@@ -1,3 +1,4 @@
+#include "Accounts/AccountSide.h"
 #include "ArtworkStore.h"
 #include "Catalogue.h"
 #include "Clock.h"
@@ -42,6 +43,9 @@ void waitForEnd(const sigset_t &signals, bool watchesParent)
 
 int serve(const Options &options, const sigset_t &signals)
 {
+    const auto accounts = AccountSide::open(options);
+    if (!accounts)
+        return 1;
     StopToken stop;
     Faults faults;
     for (const Fault &fault : options.faults)
@@ -57,9 +61,10 @@ int serve(const Options &options, const sigset_t &signals)
     const Clock clock(options.timeScale);
     MediaStore media(options.cacheFolder);
     ArtworkStore artwork;
-    const Catalogue catalogue(makeStations(options.stations, options.archiveTracks), clock,
-                              "http://" + options.address + ":" + std::to_string(port));
+    const std::string ownAddress = "http://" + options.address + ":" + std::to_string(port);
+    const Catalogue catalogue(makeStations(options.stations, options.archiveTracks), clock, ownAddress);
     addMediaRoutes(routes, catalogue, media, artwork, clock, stop);
+    accounts->addTo(routes, options, catalogue, ownAddress);
     addFaultRoutes(routes, faults);
     std::printf("PORT %d\n", port);
     std::fflush(stdout);

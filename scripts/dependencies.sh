@@ -6,7 +6,7 @@ build_packages=(
     libgl1-mesa-dev libxkbcommon-dev libvulkan-dev
     qcoro-qt6-dev libsimdjson-dev
     libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev libglib2.0-dev
-    libcpp-httplib-dev nlohmann-json3-dev
+    libcpp-httplib-dev nlohmann-json3-dev libsodium-dev libsqlite3-dev
 )
 
 run_packages=(
