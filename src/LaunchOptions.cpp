@@ -24,6 +24,9 @@ constexpr std::array flags{
          u"play the station \"persian\" once the catalogue is there"},
     Flag{u"--debug-player", &LaunchOptions::debugPlayer, u"play a test station"},
     Flag{u"--no-cover", &LaunchOptions::noCover, u"with --debug-player, leave the full player closed"},
+    Flag{u"--debug-login", &LaunchOptions::debugLogin, u"open the account sheet"},
+    Flag{u"--debug-telegram", &LaunchOptions::debugTelegram,
+         u"the login sheet begins at the code step of a made-up sign-up"},
     Flag{u"--help", &LaunchOptions::help, u"show this and end"},
     Flag{u"--version", &LaunchOptions::version, u"show the version and end"},
 };

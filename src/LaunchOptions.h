@@ -11,10 +11,12 @@ namespace navorin {
 /// the keyboard; none has any effect on a normal launch.
 struct LaunchOptions
 {
-    bool demo = false;        ///< --demo: start the demo backend and use it
-    bool debugPlayer = false; ///< --debug-player: play a test station
-    bool noCover = false;     ///< --no-cover: with --debug-player, leave the full player closed
-    bool debugSync = false;   ///< --debug-sync: play the station "persian" once the catalogue is there
+    bool demo = false;          ///< --demo: start the demo backend and use it
+    bool debugPlayer = false;   ///< --debug-player: play a test station
+    bool noCover = false;       ///< --no-cover: with --debug-player, leave the full player closed
+    bool debugSync = false;     ///< --debug-sync: play the station "persian" once the catalogue is there
+    bool debugLogin = false;    ///< --debug-login: open the account sheet
+    bool debugTelegram = false; ///< --debug-telegram: the login sheet begins at a made-up code step
     bool help = false;
     bool version = false;
     QString unknown; ///< the first argument that means nothing, if any

@@ -6,14 +6,18 @@
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
+#include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
+#include "Platform/Storage/SecretServiceStore.h"
 #include "Platform/Storage/SettingsUserDefaults.h"
 #include "Platform/Tasks/Detached.h"
 #include "Platform/Tasks/QtMainQueue.h"
+#include "Services/Account/AuthStore.h"
+#include "Services/Account/Keychain.h"
 #include "Services/Artwork/ArtworkLoader.h"
 #include "Services/Backend/APIClient.h"
 #include "Services/Catalogue/StationStore.h"
@@ -90,6 +94,8 @@ struct NavorinRadioApp::Platform
     QtFileStore files;
     SettingsUserDefaults defaults{queue};
     std::optional<QtHttpSession> http{std::in_place};
+    SecretServiceStore secrets;
+    DesktopUrlOpener urlOpener;
     QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
     GstMediaPlayer player{queue};
     DesktopAudioSession audioSession{queue};
@@ -115,6 +121,8 @@ NavorinRadioApp::~NavorinRadioApp()
     QCoreApplication::processEvents();
 
     RadioPlayer::instance().reset();
+    AuthStore::instance().reset();
+    Keychain::instance().reset();
     StationStore::instance().reset();
     setOfflineArtworkLookup({});
     OfflineStore::instance().reset();
@@ -140,6 +148,11 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
             new RadioPlayer({platform.player, platform.audioSession, platform.mpris, platform.mpris,
                              platform.queue, APIClient::shared(), OfflineStore::shared()}));
     });
+    Keychain::instance().setMaker(
+        [&platform] { return std::unique_ptr<Keychain>(new Keychain(platform.secrets)); });
+    AuthStore::instance().setMaker([&platform] {
+        return std::unique_ptr<AuthStore>(new AuthStore(APIClient::shared(), platform.queue));
+    });
     // Made when its sheet first opens, and not before: saved settings are heard from then on.
     Equalizer::instance().setMaker(
         [&platform] { return std::unique_ptr<Equalizer>(new Equalizer(platform.defaults)); });
@@ -152,7 +165,9 @@ bool NavorinRadioApp::showWindow()
     auto &store = StationStore::shared();
     auto &player = RadioPlayer::shared();
     m_engine = std::make_unique<QQmlApplicationEngine>();
-    prepareViews(*m_engine);
+    AuthStore::shared();
+    prepareViews(*m_engine,
+                 {m_platform->queue, m_platform->urlOpener, m_options.debugTelegram, m_options.debugLogin});
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())
         return false;

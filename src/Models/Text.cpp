@@ -1,8 +1,32 @@
 #include "Models/Text.h"
 
+#include <QList>
+#include <QTextBoundaryFinder>
+
 #include <algorithm>
 
 namespace navorin {
+namespace {
+
+/// Calls `take` with each character that a reader sees, until it says no.
+template <typename Take>
+void forEachCharacter(QStringView text, Take take)
+{
+    QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text.data(), text.size());
+    for (qsizetype start = 0; start < text.size();) {
+        const auto end = boundaries.toNextBoundary();
+        if (!take(text.sliced(start, end - start)))
+            return;
+        start = end;
+    }
+}
+
+bool isNumber(QStringView character)
+{
+    return QChar::isNumber(character.toUcs4().value(0));
+}
+
+} // namespace
 
 QStringView trimmedBlanks(QStringView text)
 {
@@ -12,6 +36,37 @@ QStringView trimmedBlanks(QStringView text)
     while (!text.isEmpty() && isBlank(text.back()))
         text.chop(1);
     return text;
+}
+
+qsizetype characterCount(QStringView text)
+{
+    qsizetype count = 0;
+    forEachCharacter(text, [&count](QStringView) { return ++count > 0; });
+    return count;
+}
+
+QStringView firstCharacters(QStringView text, qsizetype count)
+{
+    qsizetype length = 0;
+    forEachCharacter(text, [&length, &count](QStringView character) {
+        if (count-- <= 0)
+            return false;
+        length += character.size();
+        return true;
+    });
+    return text.first(length);
+}
+
+QString codeDigits(QStringView text)
+{
+    constexpr qsizetype codeLength = 6;
+    QString digits;
+    forEachCharacter(text, [&digits](QStringView character) {
+        if (isNumber(character))
+            digits += character;
+        return true;
+    });
+    return firstCharacters(digits, codeLength).toString();
 }
 
 std::optional<qint64> parsedDecimal(QStringView text)

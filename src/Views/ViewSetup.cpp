@@ -8,6 +8,8 @@
 #include <QQmlEngine>
 #include <QQuickWindow>
 
+#include <optional>
+
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
@@ -26,10 +28,24 @@ void addFonts()
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 }
 
+std::optional<ViewSurroundings> &givenSurroundings()
+{
+    static std::optional<ViewSurroundings> given;
+    return given;
+}
+
 } // namespace
 
-void prepareViews(QQmlEngine &engine)
+const ViewSurroundings &viewSurroundings()
 {
+    if (!givenSurroundings())
+        qFatal("a screen was made before prepareViews()");
+    return *givenSurroundings();
+}
+
+void prepareViews(QQmlEngine &engine, const ViewSurroundings &surroundings)
+{
+    givenSurroundings().emplace(surroundings);
     addFonts();
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
     engine.addImportPath(u"qrc:/qt/qml"_s);

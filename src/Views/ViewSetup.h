@@ -4,8 +4,25 @@ class QQmlEngine;
 
 namespace navorin {
 
+class MainQueue;
+class UrlOpener;
+
+/// What screens take from the desktop. Outlives them.
+struct ViewSurroundings
+{
+    MainQueue &queue;
+    UrlOpener &urlOpener;
+    /// Show the code step of a sign-up without a server.
+    bool debugTelegram = false;
+    /// Open the account sheet at start.
+    bool debugLogin = false;
+};
+
 /// Brings what the screens draw with into `engine`: fonts and symbols. Once, after the application
 /// object is made and before the first screen is loaded.
-void prepareViews(QQmlEngine &engine);
+void prepareViews(QQmlEngine &engine, const ViewSurroundings &surroundings);
+
+/// What prepareViews() was given last. Fatal before it.
+[[nodiscard]] const ViewSurroundings &viewSurroundings();
 
 } // namespace navorin

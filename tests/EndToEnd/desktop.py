@@ -52,7 +52,7 @@ class Program:
     def is_alive(self):
         return self.process.poll() is None
 
-    def end(self, seconds=20):
+    def end(self, seconds=60):
         """Asks it to end and returns its exit code."""
         if self.is_alive():
             self.process.send_signal(signal.SIGTERM)
@@ -73,9 +73,10 @@ class Desktop(contextlib.AbstractContextManager):
 
     SESSION = pathlib.Path(__file__).parent.parent / "Support/desktop-session.sh"
 
-    def __init__(self, bin_folder, size="1000x700", sound=True):
+    def __init__(self, bin_folder, size="1000x700", sound=True, keyring=False):
         self.bin = pathlib.Path(bin_folder)
-        self.options = ["--display", size + "x24"] + (["--sound"] if sound else [])
+        self.options = ["--display", size + "x24"] + (["--sound"] if sound else []) + (
+            ["--keyring"] if keyring else [])
         self._stack = contextlib.ExitStack()
 
     def __enter__(self):

@@ -3,8 +3,10 @@
 #include "Platform/Audio/AudioSession.h"
 #include "Platform/Desktop/NowPlayingCenter.h"
 #include "Platform/Desktop/RemoteCommandCenter.h"
+#include "Platform/Desktop/UrlOpener.h"
 
 #include <QList>
+#include <QStringList>
 
 #include <utility>
 
@@ -47,11 +49,29 @@ public:
     RemoteCommands commands;
 };
 
+class FakeUrlOpener final : public UrlOpener
+{
+public:
+    [[nodiscard]] bool canOpen(const QUrl &address) const override
+    {
+        return schemes.contains(address.scheme());
+    }
+    bool open(const QUrl &address) override
+    {
+        opened.append(address.toString());
+        return true;
+    }
+
+    QStringList schemes;
+    QStringList opened;
+};
+
 struct FakeDesktop
 {
     FakeAudioSession audioSession;
     FakeNowPlayingCenter nowPlaying;
     FakeRemoteCommandCenter remoteCommands;
+    FakeUrlOpener urlOpener;
 };
 
 } // namespace navorin

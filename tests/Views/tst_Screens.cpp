@@ -1,5 +1,7 @@
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Tasks/Detached.h"
+#include "Services/Account/AuthStore.h"
+#include "Services/Account/Keychain.h"
 #include "Services/Artwork/ArtworkLoader.h"
 #include "Services/Backend/APIClient.h"
 #include "Services/Catalogue/StationStore.h"
@@ -8,6 +10,7 @@
 #include "Support/FakeDesktop.h"
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeMediaPlayer.h"
+#include "Support/FakeSecureItemStore.h"
 #include "Support/ManualMainQueue.h"
 #include "Views/ViewSetup.h"
 
@@ -26,7 +29,7 @@ using namespace Qt::Literals::StringLiterals;
 struct navorin::TestAccess
 {
     static void install(HttpSession &http, HttpSession &pictures, MediaPlayer &engine, FakeDesktop &desktop,
-                        MainQueue &queue, FileStore &files)
+                        SecureItemStore &secrets, MainQueue &queue, FileStore &files)
     {
         APIClient::instance().setMaker(
             [&] { return std::unique_ptr<APIClient>(new APIClient(QUrl(u"http://127.0.0.1:9"_s), http)); });
@@ -36,6 +39,9 @@ struct navorin::TestAccess
             [&] { return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue)); });
         StationStore::instance().setMaker(
             [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
+        Keychain::instance().setMaker([&] { return std::unique_ptr<Keychain>(new Keychain(secrets)); });
+        AuthStore::instance().setMaker(
+            [&] { return std::unique_ptr<AuthStore>(new AuthStore(APIClient::shared(), queue)); });
         RadioPlayer::instance().setMaker([&] {
             return std::unique_ptr<RadioPlayer>(
                 new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands,
@@ -45,6 +51,8 @@ struct navorin::TestAccess
     static void reset()
     {
         RadioPlayer::instance().reset();
+        AuthStore::instance().reset();
+        Keychain::instance().reset();
         StationStore::instance().reset();
         OfflineStore::instance().reset();
         ArtworkLoader::instance().reset();
@@ -141,6 +149,7 @@ private:
     std::unique_ptr<ManualMainQueue> m_queue;
     QtFileStore m_files;
     FakeDesktop m_desktop;
+    FakeSecureItemStore m_secrets;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;
 };
@@ -156,9 +165,9 @@ void tst_Screens::init()
     m_http = std::make_unique<FakeHttpSession>();
     m_player = std::make_unique<FakeMediaPlayer>();
     m_queue = std::make_unique<ManualMainQueue>();
-    TestAccess::install(*m_http, m_pictures, *m_player, m_desktop, *m_queue, m_files);
+    TestAccess::install(*m_http, m_pictures, *m_player, m_desktop, m_secrets, *m_queue, m_files);
     m_engine = std::make_unique<QQmlApplicationEngine>();
-    prepareViews(*m_engine);
+    prepareViews(*m_engine, {*m_queue, m_desktop.urlOpener});
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().value(0));
     QVERIFY(m_window);
@@ -301,11 +310,11 @@ void tst_Screens::walkedByKeyboard()
 {
     fill(6);
     QStringList walk;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 5; ++i) {
         QTest::keyClick(m_window, Qt::Key_Tab);
         walk << m_window->activeFocusItem()->property("text").toString();
     }
-    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"همه"_s, u"ایستگاه 0"_s}));
+    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"حساب کاربری"_s, u"همه"_s, u"ایستگاه 0"_s}));
     QTest::keyClick(m_window, Qt::Key_Left);
     QCOMPARE(m_window->activeFocusItem(), card(1));
     QTest::keyClick(m_window, Qt::Key_Return);

@@ -7,6 +7,8 @@ Item {
 
     required property HomeViewState home
 
+    signal accountRequested
+
     implicitHeight: 64
 
     Column {
@@ -46,6 +48,11 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             label: header.home.statusLabel
             isPlaying: header.home.isPlaying
+        }
+        RoundButton {
+            text: "حساب کاربری"
+            symbol: header.home.isSignedIn ? "person.crop.circle.fill" : "person.crop.circle"
+            onClicked: header.accountRequested()
         }
     }
 }

@@ -1,9 +1,11 @@
 #include "Views/Catalogue/HomeView.h"
 
 #include "Platform/Tasks/Detached.h"
+#include "Services/Account/AuthStore.h"
 #include "Services/Catalogue/StationStore.h"
 #include "Services/Playback/RadioPlayer.h"
 #include "Views/Catalogue/HomeDecisions.h"
+#include "Views/ViewSetup.h"
 
 #include <QTime>
 
@@ -12,14 +14,15 @@
 namespace navorin {
 
 HomeView::HomeView(QObject *parent)
-    : HomeView(StationStore::shared(), RadioPlayer::shared(), parent)
+    : HomeView(StationStore::shared(), RadioPlayer::shared(), AuthStore::shared(), parent)
 {
 }
 
-HomeView::HomeView(StationStore &store, RadioPlayer &player, QObject *parent)
+HomeView::HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_player(player)
+    , m_auth(auth)
 {
     connect(&m_store, &StationStore::stationsChanged, this, &HomeView::showStations);
     connect(&m_store, &StationStore::selectedCategoryChanged, this, &HomeView::showStations);
@@ -29,6 +32,7 @@ HomeView::HomeView(StationStore &store, RadioPlayer &player, QObject *parent)
         Q_EMIT statusChanged();
     });
     connect(&m_store, &StationStore::errorMessageChanged, this, &HomeView::statusChanged);
+    connect(&m_auth, &AuthStore::userChanged, this, &HomeView::isSignedInChanged);
     connect(&m_player, &RadioPlayer::isPlayingChanged, this, &HomeView::statusChanged);
     connect(&m_player, &RadioPlayer::isBufferingChanged, this, &HomeView::statusChanged);
     connect(&m_player, &RadioPlayer::currentStationChanged, this, &HomeView::showSelection);
@@ -71,6 +75,16 @@ bool HomeView::isRefreshing() const
 bool HomeView::hasStation() const
 {
     return m_player.hasStation();
+}
+
+bool HomeView::isSignedIn() const
+{
+    return m_auth.user().has_value();
+}
+
+bool HomeView::opensAccountAtStart() const
+{
+    return viewSurroundings().debugLogin;
 }
 
 QStringList HomeView::categories() const

@@ -7,6 +7,7 @@
 
 namespace navorin {
 
+class AuthStore;
 class RadioPlayer;
 class StationStore;
 
@@ -22,6 +23,9 @@ class HomeView : public QObject
     Q_PROPERTY(QString errorMessage READ errorMessage NOTIFY statusChanged)
     Q_PROPERTY(bool isRefreshing READ isRefreshing NOTIFY statusChanged)
     Q_PROPERTY(bool hasStation READ hasStation NOTIFY hasStationChanged)
+    Q_PROPERTY(bool isSignedIn READ isSignedIn NOTIFY isSignedInChanged)
+    /// A developer asked for the account sheet at start.
+    Q_PROPERTY(bool opensAccountAtStart READ opensAccountAtStart CONSTANT)
     Q_PROPERTY(QStringList categories READ categories CONSTANT)
     Q_PROPERTY(int selectedCategory READ selectedCategory WRITE selectCategory NOTIFY selectedCategoryChanged)
     Q_PROPERTY(navorin::StationListModel *stations READ stations CONSTANT)
@@ -30,7 +34,7 @@ public:
     Q_ENUM(Content)
 
     explicit HomeView(QObject *parent = nullptr);
-    HomeView(StationStore &store, RadioPlayer &player, QObject *parent = nullptr);
+    HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, QObject *parent = nullptr);
 
     [[nodiscard]] QString greeting() const;
     [[nodiscard]] QString statusLabel() const;
@@ -40,6 +44,8 @@ public:
     /// A load that the user asked for runs over stations that are shown.
     [[nodiscard]] bool isRefreshing() const;
     [[nodiscard]] bool hasStation() const;
+    [[nodiscard]] bool isSignedIn() const;
+    [[nodiscard]] bool opensAccountAtStart() const;
     [[nodiscard]] QStringList categories() const;
     /// Index into `categories`.
     [[nodiscard]] int selectedCategory() const;
@@ -53,6 +59,7 @@ public:
 Q_SIGNALS:
     void statusChanged();
     void hasStationChanged();
+    void isSignedInChanged();
     void selectedCategoryChanged();
 
 private:
@@ -62,6 +69,7 @@ private:
 
     StationStore &m_store;
     RadioPlayer &m_player;
+    AuthStore &m_auth;
     StationListModel m_stations;
     bool m_refreshAsked = false;
 };

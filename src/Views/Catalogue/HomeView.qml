@@ -13,6 +13,22 @@ FocusScope {
     readonly property real pull: Math.max(0, -grid.verticalOvershoot)
     readonly property real pullToRefresh: 72
 
+    // Who signs in or out sees the sheet close, and not turn into the other.
+    function showAccount() {
+        sheet.present(home.isSignedIn ? accountSheet : loginSheet)
+    }
+
+    Component.onCompleted: if (home.opensAccountAtStart) showAccount()
+
+    Sheet { id: sheet }
+    Component {
+        id: loginSheet
+        LoginSheet { onCloseRequested: sheet.close() }
+    }
+    Component {
+        id: accountSheet
+        AccountSheet { onCloseRequested: sheet.close() }
+    }
     Shortcut {
         sequences: ["F5", "Ctrl+R"]
         onActivated: screen.home.refresh()
@@ -31,6 +47,7 @@ FocusScope {
             home: screen.home
             x: screen.margin
             y: 12
+            onAccountRequested: screen.showAccount()
             width: parent.width - 2 * screen.margin
         }
         CategoryChips {

@@ -7,6 +7,10 @@ ScaleButtonStyle {
 
     property string symbol
     property bool isPrimary: false
+    // A fill of its own, from the leading side to the other.
+    property bool isColored: false
+    property color leadingColor: Theme.selected
+    property color trailingColor: leadingColor
     // The spinner stands for the label; the width holds.
     property bool isWaiting: false
 
@@ -19,8 +23,17 @@ ScaleButtonStyle {
     background: Rectangle {
         radius: button.radius
         border.width: 1
-        border.color: button.isPrimary ? Qt.lighter(Theme.selected, 1.22) : Theme.white(0.14)
-        gradient: Gradient {
+        border.color: button.isColored ? Theme.white(0.16) : button.isPrimary ? Qt.lighter(Theme.selected, 1.22) : Theme.white(0.14)
+        gradient: button.isColored ? sideways : downwards
+
+        Gradient {
+            id: sideways
+            orientation: Gradient.Horizontal
+            GradientStop { position: 0; color: button.trailingColor }
+            GradientStop { position: 1; color: button.leadingColor }
+        }
+        Gradient {
+            id: downwards
             GradientStop { position: 0; color: button.isPrimary ? Qt.lighter(Theme.selected, 1.06) : Theme.secondaryFill }
             GradientStop { position: 1; color: button.isPrimary ? Qt.darker(Theme.selected, 1.1) : Theme.secondaryFill }
         }
