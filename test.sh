@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything, runs the suite and checks the style.
-#   ./test.sh [STAGE...]    runs only these stages:
+#   ./test.sh [STAGE...]    runs only these stages; without any, all but tidy:
 #     release   the whole suite and the benchmarks' build
 #     lint      clang-format and qmllint
 #     tidy      clang-tidy, which takes its time
@@ -12,7 +12,7 @@ cd "$(dirname "$0")"
 install_missing "${build_packages[@]}" "${run_packages[@]}" "${test_packages[@]}"
 
 stages=("$@")
-[ ${#stages[@]} -eq 0 ] && stages=(release lint)
+[ ${#stages[@]} -eq 0 ] && stages=(release lint asan tsan)
 
 configure_and_build() {
     local extra=()

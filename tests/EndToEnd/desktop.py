@@ -13,9 +13,13 @@ import threading
 import time
 
 
+# How much longer than usual everything may take, as under a sanitizer.
+PATIENCE = float(os.environ.get("NAVORIN_TEST_PATIENCE", "1"))
+
+
 def wait_until(condition, seconds, what):
     """Waits for a condition of another process, which has no clock of ours."""
-    end = time.monotonic() + seconds
+    end = time.monotonic() + seconds * PATIENCE
     while time.monotonic() < end:
         result = condition()
         if result:
@@ -57,7 +61,7 @@ class Program:
         if self.is_alive():
             self.process.send_signal(signal.SIGTERM)
         try:
-            code = self.process.wait(seconds)
+            code = self.process.wait(seconds * PATIENCE)
         except subprocess.TimeoutExpired:
             self.process.kill()
             raise AssertionError(f"{self.process.args[0]} did not end when asked to") from None
