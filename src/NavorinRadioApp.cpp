@@ -33,8 +33,6 @@
 #include <QStandardPaths>
 #include <QThreadPool>
 
-#include <optional>
-
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
@@ -93,7 +91,7 @@ struct NavorinRadioApp::Platform
     QtMainQueue queue;
     QtFileStore files;
     SettingsUserDefaults defaults{queue};
-    std::optional<QtHttpSession> http{std::in_place};
+    QtHttpSession http;
     SecretServiceStore secrets;
     DesktopUrlOpener urlOpener;
     QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
@@ -114,11 +112,15 @@ NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &optio
 NavorinRadioApp::~NavorinRadioApp()
 {
     m_engine.reset();
-    // Whoever still waits for the network or for an item gets a failure now, while all it uses is alive.
+    // Whoever still waits for the network or for an item gets a failure now, while all it uses is alive; so
+    // does who asks only now.
     m_platform->player.replaceCurrentItem(nullptr);
-    m_platform->http.reset();
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
+    m_platform->http.close();
+    // A failure may start what fails in its turn.
+    for (int round = 0; round < 3; ++round) {
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+    }
 
     RadioPlayer::instance().reset();
     AuthStore::instance().reset();
@@ -135,7 +137,7 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
 {
     auto &platform = *m_platform;
     APIClient::instance().setMaker(
-        [&platform, baseUrl] { return std::unique_ptr<APIClient>(new APIClient(baseUrl, *platform.http)); });
+        [&platform, baseUrl] { return std::unique_ptr<APIClient>(new APIClient(baseUrl, platform.http)); });
     ArtworkLoader::instance().setMaker(
         [&platform] { return std::unique_ptr<ArtworkLoader>(new ArtworkLoader(platform.artworkHttp)); });
     OfflineStore::instance().setMaker([&platform] {

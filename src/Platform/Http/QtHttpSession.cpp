@@ -118,6 +118,15 @@ QtHttpSession::QtHttpSession(HttpSessionConfiguration configuration)
 
 QtHttpSession::~QtHttpSession()
 {
+    close();
+}
+
+void QtHttpSession::close()
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_worker = nullptr;
+    }
     m_thread.quit();
     m_thread.wait();
 }
@@ -127,7 +136,11 @@ QFuture<HttpResponse> QtHttpSession::send(HttpRequest request)
     QPromise<HttpResponse> promise;
     promise.start();
     auto future = promise.future();
-    m_worker->send(std::move(request), std::move(promise));
+    const std::scoped_lock lock(m_mutex);
+    if (m_worker)
+        m_worker->send(std::move(request), std::move(promise));
+    else
+        HttpExchange::fail(promise, TransportError::Kind::Cancelled, u"the session is closed"_s);
     return future;
 }
 

@@ -4,7 +4,7 @@
 
 #include <QThread>
 
-#include <memory>
+#include <mutex>
 
 namespace navorin {
 
@@ -12,8 +12,7 @@ namespace navorin {
 /// something less safe. Nothing is sent twice behind the caller's back that may not be, and no cookie is
 /// kept.
 ///
-/// Destroying it ends what is under way: those futures fail with TransportError::Kind::Cancelled. No thread
-/// may be inside `send` then.
+/// Destroying it closes it. No thread may be inside `send` then.
 class QtHttpSession final : public HttpSession
 {
 public:
@@ -22,11 +21,16 @@ public:
 
     [[nodiscard]] QFuture<HttpResponse> send(HttpRequest request) override;
 
+    /// Ends what is under way: those futures, and all later ones, fail with TransportError::Kind::Cancelled.
+    /// Any thread but the session's own.
+    void close();
+
 private:
     class Worker;
 
     QThread m_thread;
-    Worker *m_worker; ///< lives on m_thread, deleted as it ends
+    std::mutex m_mutex; ///< guards m_worker
+    Worker *m_worker;   ///< lives on m_thread, deleted as it ends; null once the session is closed
 };
 
 } // namespace navorin

@@ -109,6 +109,7 @@ SheetPage {
         visible: sheet.step === LoginSheetState.SignupForm
         symbol: "person.text"
         placeholderText: "نام نمایشی (اختیاری)"
+        onVisibleChanged: if (visible) forceActiveFocus()
         text: sheet.login.displayName
         onTextEdited: sheet.login.displayName = text
     }
@@ -135,6 +136,7 @@ SheetPage {
         width: parent.width
         visible: sheet.step === LoginSheetState.ForgotIdentifier
         symbol: "person"
+        onVisibleChanged: if (visible) forceActiveFocus()
         placeholderText: "نام کاربری یا آیدی تلگرام"
         text: sheet.login.identifier
         onTextEdited: sheet.login.identifier = text

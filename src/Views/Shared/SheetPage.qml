@@ -15,6 +15,7 @@ FocusScope {
     signal backRequested
     signal closeRequested
 
+    focus: true
     implicitHeight: bar.height + column.height + 32
     Accessible.role: Accessible.Dialog
     Accessible.name: title
