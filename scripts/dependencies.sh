@@ -10,7 +10,7 @@ build_packages=(
 )
 
 run_packages=(
-    qml6-module-qtqml qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
+    qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
     qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
     qml6-module-qtquick-window
     qt6-qpa-plugins libgl1-mesa-dri

@@ -42,14 +42,14 @@ QString AccountSheet::avatarAddress() const
     return m_auth.user().value_or(User()).avatarURL.value_or(QString());
 }
 
-qsizetype AccountSheet::playlistCount() const
+int AccountSheet::playlistCount() const
 {
-    return m_auth.playlists().size();
+    return int(m_auth.playlists().size());
 }
 
-qsizetype AccountSheet::favoriteCount() const
+int AccountSheet::favoriteCount() const
 {
-    return m_auth.favorites().size();
+    return int(m_auth.favorites().size());
 }
 
 void AccountSheet::logout()

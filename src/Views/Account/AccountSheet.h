@@ -16,8 +16,8 @@ class AccountSheet : public QObject
     /// Stands in for the picture: the first character of the name.
     Q_PROPERTY(QString initial READ initial NOTIFY changed)
     Q_PROPERTY(QString avatarAddress READ avatarAddress NOTIFY changed)
-    Q_PROPERTY(qsizetype playlistCount READ playlistCount NOTIFY changed)
-    Q_PROPERTY(qsizetype favoriteCount READ favoriteCount NOTIFY changed)
+    Q_PROPERTY(int playlistCount READ playlistCount NOTIFY changed)
+    Q_PROPERTY(int favoriteCount READ favoriteCount NOTIFY changed)
 public:
     explicit AccountSheet(QObject *parent = nullptr);
     explicit AccountSheet(AuthStore &auth, QObject *parent = nullptr);
@@ -25,8 +25,8 @@ public:
     [[nodiscard]] QString name() const;
     [[nodiscard]] QString initial() const;
     [[nodiscard]] QString avatarAddress() const;
-    [[nodiscard]] qsizetype playlistCount() const;
-    [[nodiscard]] qsizetype favoriteCount() const;
+    [[nodiscard]] int playlistCount() const;
+    [[nodiscard]] int favoriteCount() const;
 
     /// Signs out and closes, without asking.
     Q_INVOKABLE void logout();

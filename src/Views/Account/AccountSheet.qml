@@ -18,7 +18,7 @@ SheetPage {
         required property int count
         required property string label
 
-        width: (parent.width - parent.spacing) / 2
+        width: (parent.width - 12) / 2
         height: 108
         radius: Theme.panelRadius
         color: Theme.panelFill

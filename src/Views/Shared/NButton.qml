@@ -11,6 +11,15 @@ ScaleButtonStyle {
     property bool isColored: false
     property color leadingColor: Theme.selected
     property color trailingColor: leadingColor
+    readonly property Gradient sideways: Gradient {
+        orientation: Gradient.Horizontal
+        GradientStop { position: 0; color: button.trailingColor }
+        GradientStop { position: 1; color: button.leadingColor }
+    }
+    readonly property Gradient downwards: Gradient {
+        GradientStop { position: 0; color: button.isPrimary ? Qt.lighter(Theme.selected, 1.06) : Theme.secondaryFill }
+        GradientStop { position: 1; color: button.isPrimary ? Qt.darker(Theme.selected, 1.1) : Theme.secondaryFill }
+    }
     // The spinner stands for the label; the width holds.
     property bool isWaiting: false
 
@@ -24,19 +33,7 @@ ScaleButtonStyle {
         radius: button.radius
         border.width: 1
         border.color: button.isColored ? Theme.white(0.16) : button.isPrimary ? Qt.lighter(Theme.selected, 1.22) : Theme.white(0.14)
-        gradient: button.isColored ? sideways : downwards
-
-        Gradient {
-            id: sideways
-            orientation: Gradient.Horizontal
-            GradientStop { position: 0; color: button.trailingColor }
-            GradientStop { position: 1; color: button.leadingColor }
-        }
-        Gradient {
-            id: downwards
-            GradientStop { position: 0; color: button.isPrimary ? Qt.lighter(Theme.selected, 1.06) : Theme.secondaryFill }
-            GradientStop { position: 1; color: button.isPrimary ? Qt.darker(Theme.selected, 1.1) : Theme.secondaryFill }
-        }
+        gradient: button.isColored ? button.sideways : button.downwards
 
         Rectangle {
             anchors.fill: parent
