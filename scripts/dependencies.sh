@@ -15,7 +15,7 @@ run_packages=(
     qml6-module-qtquick-window
     qt6-qpa-plugins libgl1-mesa-dri
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
-    gstreamer1.0-libav gstreamer1.0-pulseaudio
+    gstreamer1.0-libav gstreamer1.0-pulseaudio xdg-utils
 )
 
 test_packages=(

@@ -10,7 +10,7 @@ import time
 import unittest
 import urllib.request
 
-from desktop import Desktop, wait_until
+from desktop import PATIENCE, Desktop, wait_until
 
 BIN = sys.argv.pop(1)
 
@@ -41,6 +41,11 @@ class Account(unittest.TestCase):
         self.desktop.click(x, y)
         self.desktop.run("xdotool", "type", text)
 
+    @staticmethod
+    def see_it_move(seconds):
+        """Lets a sheet come to rest, as whoever clicks on it would; nothing tells from outside when it has."""
+        time.sleep(seconds * PATIENCE)
+
     def code_from_the_bot(self):
         address = wait_until(lambda: self.opened.exists() and self.opened.read_text().split(), 10, "the bot's page")[-1]
         page = urllib.request.urlopen(address, timeout=10).read().decode()
@@ -48,15 +53,15 @@ class Account(unittest.TestCase):
 
     def sign_up(self):
         app = self.start_app("--debug-login", "--debug-telegram")
-        time.sleep(1)  # the sheet comes in
+        self.see_it_move(1)
         self.desktop.focus()
         self.desktop.click(690, 118)  # back from the example to the form
-        time.sleep(0.5)
+        self.see_it_move(0.5)
         self.type(480, 420, "Sara ")
         self.type(480, 480, "secret")
         self.desktop.click(500, 542)
         self.asked("/api/auth/telegram/init-signup", 200)
-        time.sleep(0.5)
+        self.see_it_move(0.5)
         self.desktop.click(500, 424)  # open Telegram
         code = self.code_from_the_bot()
         self.type(500, 475, "000000" if code != "000000" else "111111")
