@@ -15,6 +15,17 @@ SheetPage {
     title: "حساب کاربری"
     canGoBack: isCodeStep || step === LoginSheetState.ForgotIdentifier
     onBackRequested: login.goBack()
+    onStepChanged: change.restart()
+
+    NumberAnimation {
+        id: change
+        target: sheet
+        property: "contentOpacity"
+        from: 0
+        to: 1
+        duration: 250
+        easing.type: Easing.InOutQuad
+    }
 
     component MainButton: NButton {
         property bool isComplete: true

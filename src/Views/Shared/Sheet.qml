@@ -33,6 +33,11 @@ Popup {
                                       : Math.round((parent.height - height) / 2 + 16 * (1 - presence))
     opacity: isDocked ? 1 : Math.min(1, presence)
 
+    // Steps and complaints change what a sheet holds.
+    Behavior on height {
+        enabled: sheet.opened
+        NumberAnimation { duration: 250; easing.type: Easing.InOutQuad }
+    }
     enter: Transition { SpringMotion { property: "presence"; from: 0; to: 1 } }
     exit: Transition { NumberAnimation { property: "presence"; to: 0; duration: 200; easing.type: Easing.OutQuad } }
 

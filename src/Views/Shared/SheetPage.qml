@@ -11,6 +11,7 @@ FocusScope {
     // Content of the column below the bar.
     default property alias content: column.data
     property real spacing: 12
+    property alias contentOpacity: column.opacity
 
     signal backRequested
     signal closeRequested
