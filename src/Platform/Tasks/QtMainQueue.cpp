@@ -1,5 +1,7 @@
 #include "Platform/Tasks/QtMainQueue.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QPromise>
 #include <QTimer>
 
@@ -29,22 +31,63 @@ private:
     QTimer m_timer;
 };
 
+// Work on its way to the UI thread. The event has one owner at a time, so what the work holds is also
+// destroyed on the UI thread; Qt's own functor calls leave that to whichever thread lets go last.
+class WorkEvent final : public QEvent
+{
+public:
+    static QEvent::Type workType()
+    {
+        static const auto type = QEvent::Type(QEvent::registerEventType());
+        return type;
+    }
+
+    explicit WorkEvent(MainQueue::Work work)
+        : QEvent(workType())
+        , m_work(std::move(work))
+    {
+        m_packed.store(true, std::memory_order_release);
+    }
+
+    ~WorkEvent() override { unpack(); }
+
+    void run()
+    {
+        if (unpack())
+            m_work();
+    }
+
+private:
+    // Qt's event queue orders the two threads, but a race checker cannot see into it: the flag says the same
+    // aloud.
+    bool unpack() { return m_packed.load(std::memory_order_acquire); }
+
+    MainQueue::Work m_work;
+    std::atomic_bool m_packed = false;
+};
+
+class Mailbox final : public QObject
+{
+public:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != WorkEvent::workType())
+            return QObject::event(event);
+        static_cast<WorkEvent *>(event)->run();
+        return true;
+    }
+};
+
 } // namespace
+
+QtMainQueue::QtMainQueue()
+    : m_mailbox(std::make_unique<Mailbox>())
+{
+}
 
 void QtMainQueue::post(Work work)
 {
-    // Qt's event queue orders the two threads, but a race checker cannot see into it: the flag says the same
-    // aloud.
-    auto handedOver = std::make_shared<std::atomic_bool>(false);
-    auto parcel = std::make_shared<Work>(std::move(work));
-    handedOver->store(true, std::memory_order_release);
-    QMetaObject::invokeMethod(
-        &m_context,
-        [handedOver, parcel] {
-            if (handedOver->load(std::memory_order_acquire))
-                (*parcel)();
-        },
-        Qt::QueuedConnection);
+    QCoreApplication::postEvent(m_mailbox.get(), new WorkEvent(std::move(work)));
 }
 
 std::unique_ptr<MainQueue::Timer> QtMainQueue::after(std::chrono::milliseconds delay, Work work)
@@ -61,7 +104,7 @@ QFuture<void> QtMainQueue::sleep(std::chrono::milliseconds delay)
 {
     auto promise = std::make_shared<QPromise<void>>();
     promise->start();
-    QTimer::singleShot(delay, &m_context, [promise] { promise->finish(); });
+    QTimer::singleShot(delay, m_mailbox.get(), [promise] { promise->finish(); });
     return promise->future();
 }
 
