@@ -1,0 +1,61 @@
+import QtQuick
+import Navorin
+
+// A screen that lies upon another: the way back, its title, what it offers to do, and below them its content.
+FocusScope {
+    id: page
+
+    required property real margin
+    property string title
+    // Buttons at the far end of the bar.
+    property alias tools: tools.data
+    default property alias content: body.data
+
+    signal backRequested
+
+    Accessible.role: Accessible.Pane
+    Accessible.name: title
+
+    Item {
+        id: bar
+        x: page.margin
+        y: 12
+        width: parent.width - 2 * x
+        height: 48
+
+        RoundButton {
+            id: back
+            anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
+            symbol: "chevron.right"
+            text: "بازگشت"
+            onClicked: page.backRequested()
+        }
+        NText {
+            anchors.left: back.right
+            anchors.leftMargin: 12
+            anchors.right: tools.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+            text: page.title
+            role: Theme.screenTitle
+            isOutside: true
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        Row {
+            id: tools
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 8
+        }
+    }
+    FocusScope {
+        id: body
+        anchors.top: bar.bottom
+        anchors.topMargin: 12
+        width: parent.width
+        anchors.bottom: parent.bottom
+        focus: true
+    }
+}
