@@ -25,15 +25,17 @@ struct TestAccess;
 /// index beside it. They belong to the machine, not to an account. There is no limit on their number and no
 /// expiry.
 ///
-/// Every failure here is silent: a lost or broken index means an empty library, a file that vanished means
-/// that its entry is gone at the next start. A name in the index that would lead out of the folder counts as
-/// a file that is not there.
+/// What goes wrong with a download is told by `lastError`. Every other failure is silent: a lost or broken
+/// index means an empty library, a file that vanished means that its entry is gone at the next start. A name
+/// in the index that would lead out of the folder counts as a file that is not there.
 ///
 /// The lookups may be called from any thread; all else belongs to the UI thread.
 class OfflineStore final : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QList<navorin::OfflineTrackEntry> entries READ entries NOTIFY entriesChanged)
+    Q_PROPERTY(QHash<QString, double> activeProgress READ activeProgress NOTIFY activeProgressChanged)
+    Q_PROPERTY(QHash<QString, navorin::PlaylistTrack> pendingMeta READ pendingMeta NOTIFY pendingMetaChanged)
 
 public:
     [[nodiscard]] static OfflineStore &shared();
@@ -42,6 +44,14 @@ public:
 
     /// The library, newest first: a copy for the screens, which may lag behind the index for a moment.
     [[nodiscard]] const QList<OfflineTrackEntry> &entries() const { return m_entries; }
+
+    /// How far each running download is, from 0 to 0.99, by offlineKey(). A key is there exactly while its
+    /// download runs; each changes at most five times a second.
+    [[nodiscard]] const QHash<QString, double> &activeProgress() const { return m_activeProgress; }
+    /// The tracks of the running downloads, by the same keys.
+    [[nodiscard]] const QHash<QString, PlaylistTrack> &pendingMeta() const { return m_pendingMeta; }
+    /// What went wrong last, fit to be shown; absent again as soon as another download starts.
+    [[nodiscard]] const std::optional<QString> &lastError() const { return m_lastError; }
 
     /// False for no track (null). Asks the index only, not the disk.
     [[nodiscard]] bool isDownloaded(const PlaylistTrack *track) const;
@@ -61,12 +71,22 @@ public:
     /// if there is nothing.
     [[nodiscard]] std::optional<Station> offlineStation() const;
 
+    /// Keeps a track for playing without a network. Does nothing for one that is kept or on its way. There is
+    /// no queue: all that were asked for run at once, each with its whole audio in memory.
+    void download(const PlaylistTrack &track);
+    /// Does nothing for a track that is not on its way. What is given up leaves nothing behind; a download
+    /// that has all of its audio cannot be given up any more.
+    void cancelDownload(const PlaylistTrack &track);
+
     void remove(const OfflineTrackEntry &entry);
     /// The files go on another thread: a large one takes milliseconds.
     void removeAll();
 
 Q_SIGNALS:
     void entriesChanged();
+    void activeProgressChanged();
+    void pendingMetaChanged();
+    void lastErrorChanged();
 
 private:
     friend class NavorinRadioApp;
@@ -95,6 +115,9 @@ private:
     const QString m_folder;
     const QString m_indexPath;
     QList<OfflineTrackEntry> m_entries;
+    QHash<QString, double> m_activeProgress;
+    QHash<QString, PlaylistTrack> m_pendingMeta;
+    std::optional<QString> m_lastError;
 
     mutable QMutex m_lock;                          ///< guards m_indexByKey
     QHash<QString, OfflineTrackEntry> m_indexByKey; ///< the truth; m_entries is its sorted copy
