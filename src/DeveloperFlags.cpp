@@ -19,21 +19,29 @@ namespace {
 constexpr int catalogueRounds = 40;
 constexpr auto catalogueRound = 500ms;
 
-Station testStation()
+// Of the demo backend's archive.
+PlaylistTrack testTrack(int number)
 {
     PlaylistTrack track;
-    track.id = 1;
+    track.id = number;
     track.trackType = u"radio"_s;
-    track.trackID = u"debug-player-1"_s;
-    track.title = u"آهنگ آزمایشی"_s;
+    track.trackID = u"debug-player-"_s + QString::number(number);
+    track.title = number == 1 ? u"آهنگ آزمایشی"_s : u"آهنگ آزمایشی "_s + QString::number(number);
     track.artist = u"ناورین"_s;
-    track.streamURL = u"/stream/archive?track=0"_s; // one that the demo backend has
+    track.streamURL = u"/stream/archive?track="_s + QString::number(number - 1);
+    return track;
+}
+
+Station testStation(const QString &genre, int trackCount)
+{
     Station station;
-    station.genre = u"debug-player"_s;
+    station.genre = genre;
     station.serverName = u"ایستگاه آزمایشی"_s;
     station.trackIndex = 0;
-    station.trackCount = 1;
-    station.tracks = QList{track};
+    station.trackCount = trackCount;
+    station.tracks.emplace();
+    for (int number = 1; number <= trackCount; ++number)
+        station.tracks->append(testTrack(number));
     return station;
 }
 
@@ -59,7 +67,12 @@ QCoro::Task<void> playTestStation(RadioPlayer &player, bool opensFullPlayer)
         co_return;
     if (opensFullPlayer)
         player.setFullPlayerPresented(true);
-    co_await player.selectStation(testStation());
+    co_await player.selectStation(testStation(u"debug-player"_s, 1));
+}
+
+Station detailTestStation()
+{
+    return testStation(u"debug-detail"_s, 3);
 }
 
 void applyDeveloperFlags(const LaunchOptions &options, MainQueue &queue, StationStore &store,

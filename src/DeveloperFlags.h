@@ -1,6 +1,7 @@
 #pragma once
 
 #include "LaunchOptions.h"
+#include "Models/Station.h"
 
 #include <QCoro/QCoroTask>
 
@@ -17,6 +18,9 @@ class StationStore;
 
 /// Plays a station of one track that the demo backend has. Nothing happens if a station is current already.
 [[nodiscard]] QCoro::Task<void> playTestStation(RadioPlayer &player, bool opensFullPlayer);
+
+/// A station of three tracks that the demo backend has.
+[[nodiscard]] Station detailTestStation();
 
 /// Carries out the developer flags, as the radio screen appears.
 void applyDeveloperFlags(const LaunchOptions &options, MainQueue &queue, StationStore &store,

@@ -25,6 +25,7 @@ constexpr std::array flags{
     Flag{u"--debug-player", &LaunchOptions::debugPlayer, u"play a test station"},
     Flag{u"--no-cover", &LaunchOptions::noCover, u"with --debug-player, leave the full player closed"},
     Flag{u"--debug-login", &LaunchOptions::debugLogin, u"open the account sheet"},
+    Flag{u"--debug-detail", &LaunchOptions::debugDetail, u"open the screen of a test station"},
     Flag{u"--debug-telegram", &LaunchOptions::debugTelegram,
          u"the login sheet begins at the code step of a made-up sign-up"},
     Flag{u"--help", &LaunchOptions::help, u"show this and end"},

@@ -16,6 +16,7 @@ struct LaunchOptions
     bool noCover = false;       ///< --no-cover: with --debug-player, leave the full player closed
     bool debugSync = false;     ///< --debug-sync: play the station "persian" once the catalogue is there
     bool debugLogin = false;    ///< --debug-login: open the account sheet
+    bool debugDetail = false;   ///< --debug-detail: open the screen of a test station
     bool debugTelegram = false; ///< --debug-telegram: the login sheet begins at a made-up code step
     bool help = false;
     bool version = false;

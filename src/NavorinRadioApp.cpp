@@ -169,7 +169,8 @@ bool NavorinRadioApp::showWindow()
     m_engine = std::make_unique<QQmlApplicationEngine>();
     AuthStore::shared();
     prepareViews(*m_engine,
-                 {m_platform->queue, m_platform->urlOpener, m_options.debugTelegram, m_options.debugLogin});
+                 {m_platform->queue, m_platform->urlOpener, m_options.debugTelegram, m_options.debugLogin,
+                  m_options.debugDetail ? std::optional(detailTestStation()) : std::nullopt});
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())
         return false;

@@ -33,28 +33,60 @@ ApplicationWindow {
 
     Backdrop {
         anchors.fill: parent
+        visible: !cover.isOpaque
         tone: shell.themeColor
         light: shell.hasStation ? 1 : 0
 
         Behavior on tone { ColorAnimation { duration: 900; easing.type: Easing.InOutQuad } }
         Behavior on light { NumberAnimation { duration: 900; easing.type: Easing.InOutQuad } }
     }
-    TabStrip {
-        id: tabs
-        isRail: !window.isNarrow
-        isWide: window.isWide
-        x: isRail ? parent.width - width : 0
-        y: isRail ? 0 : parent.height - height
-        width: isRail ? (isWide ? 200 : 84) : parent.width
-        height: isRail ? parent.height : 60
+    // What an opaque full player hides is neither painted nor reached by key.
+    Item {
+        anchors.fill: parent
+        visible: !cover.isOpaque
+        enabled: !shell.isFullPlayerPresented
+
+        TabStrip {
+            id: tabs
+            isRail: !window.isNarrow
+            isWide: window.isWide
+            x: isRail ? parent.width - width : 0
+            y: isRail ? 0 : parent.height - height
+            width: isRail ? (isWide ? 200 : 84) : parent.width
+            height: isRail ? parent.height : 60
+        }
+        ContentView {
+            id: content
+            shell: shell
+            currentTab: tabs.current
+            isWide: window.isWide
+            isNarrow: window.isNarrow
+            width: parent.width - (tabs.isRail ? tabs.width : 0)
+            height: parent.height - (tabs.isRail ? 0 : tabs.height)
+            focus: true
+        }
     }
-    ContentView {
-        shell: shell
-        currentTab: tabs.current
-        isWide: window.isWide
-        isNarrow: window.isNarrow
-        width: parent.width - (tabs.isRail ? tabs.width : 0)
-        height: parent.height - (tabs.isRail ? 0 : tabs.height)
-        focus: true
+    Loader {
+        id: cover
+
+        property real presence: shell.isFullPlayerPresented ? 1 : 0
+        readonly property bool isOpaque: presence > 0.999 && shell.isFullPlayerPresented && !isDragged
+        readonly property bool isDragged: item !== null && (item as FullPlayerView).dragOffset > 0
+        // Where the keyboard was, to be given back.
+        property Item lastFocus: null
+
+        anchors.fill: parent
+        active: presence > 0 || shell.isFullPlayerPresented
+        sourceComponent: FullPlayerView {
+            presence: cover.presence
+            focus: true
+        }
+        onLoaded: {
+            lastFocus = window.activeFocusItem
+            item.forceActiveFocus()
+        }
+        onActiveChanged: if (!active && lastFocus !== null) lastFocus.forceActiveFocus()
+
+        Behavior on presence { SpringMotion {} }
     }
 }

@@ -1,5 +1,9 @@
 #pragma once
 
+#include "Models/Station.h"
+
+#include <optional>
+
 class QQmlEngine;
 
 namespace navorin {
@@ -16,6 +20,8 @@ struct ViewSurroundings
     bool debugTelegram = false;
     /// Open the account sheet at start.
     bool debugLogin = false;
+    /// Open this station's screen at start.
+    std::optional<Station> debugDetail;
 };
 
 /// Brings what the screens draw with into `engine`: fonts and symbols. Once, after the application

@@ -5,6 +5,7 @@
 #include "Services/Catalogue/StationStore.h"
 #include "Services/Playback/RadioPlayer.h"
 #include "Views/Catalogue/HomeDecisions.h"
+#include "Views/Playback/StationSelection.h"
 #include "Views/ViewSetup.h"
 
 #include <QTime>
@@ -120,18 +121,18 @@ void HomeView::openCard(int row)
         [genre = m_stations.genreAt(row)](const Station &station) { return station.genre == genre; });
     if (found == stations.cend())
         return;
-    selectSoon(*found);
-    // One with tracks is to open a screen of its own; until there is one, it plays where it stands.
-    if (!opensDetail(*found))
-        m_player.setFullPlayerPresented(true);
+    if (opensDetail(*found)) {
+        Q_EMIT detailRequested(QVariant::fromValue(*found));
+        return;
+    }
+    selectSoon(m_player, *found);
+    m_player.setFullPlayerPresented(true);
 }
 
-void HomeView::selectSoon(const Station &station)
+QVariant HomeView::detailAtStart() const
 {
-    QMetaObject::invokeMethod(
-        &m_player,
-        [&player = m_player, station] { detach(player.selectStation(station), "selecting a station"); },
-        Qt::QueuedConnection);
+    const auto &station = viewSurroundings().debugDetail;
+    return station ? QVariant::fromValue(*station) : QVariant();
 }
 
 void HomeView::showStations()

@@ -26,6 +26,8 @@ class HomeView : public QObject
     Q_PROPERTY(bool isSignedIn READ isSignedIn NOTIFY isSignedInChanged)
     /// A developer asked for the account sheet at start.
     Q_PROPERTY(bool opensAccountAtStart READ opensAccountAtStart CONSTANT)
+    /// A developer asked for this station's screen at start; undefined otherwise.
+    Q_PROPERTY(QVariant detailAtStart READ detailAtStart CONSTANT)
     Q_PROPERTY(QStringList categories READ categories CONSTANT)
     Q_PROPERTY(int selectedCategory READ selectedCategory WRITE selectCategory NOTIFY selectedCategoryChanged)
     Q_PROPERTY(navorin::StationListModel *stations READ stations CONSTANT)
@@ -46,6 +48,7 @@ public:
     [[nodiscard]] bool hasStation() const;
     [[nodiscard]] bool isSignedIn() const;
     [[nodiscard]] bool opensAccountAtStart() const;
+    [[nodiscard]] QVariant detailAtStart() const;
     [[nodiscard]] QStringList categories() const;
     /// Index into `categories`.
     [[nodiscard]] int selectedCategory() const;
@@ -54,9 +57,12 @@ public:
 
     /// Loads the catalogue; a failure is shown.
     Q_INVOKABLE void refresh();
+    /// Plays a live station in the full player; one with tracks asks for its screen.
     Q_INVOKABLE void openCard(int row);
 
 Q_SIGNALS:
+    /// `station` is a Station.
+    void detailRequested(const QVariant &station);
     void statusChanged();
     void hasStationChanged();
     void isSignedInChanged();
@@ -65,7 +71,6 @@ Q_SIGNALS:
 private:
     void showStations();
     void showSelection();
-    void selectSoon(const Station &station);
 
     StationStore &m_store;
     RadioPlayer &m_player;

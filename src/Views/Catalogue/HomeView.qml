@@ -6,7 +6,11 @@ FocusScope {
     id: screen
 
     required property real margin
-    readonly property HomeViewState home: HomeViewState {}
+    readonly property HomeViewState home: HomeViewState {
+        onDetailRequested: station => screen.detailRequested(station)
+    }
+
+    signal detailRequested(station: var)
 
     readonly property real spacing: 14
     readonly property int columns: Math.max(1, Math.floor((width - 2 * margin + spacing) / (155 + spacing)))
@@ -18,7 +22,12 @@ FocusScope {
         sheet.present(home.isSignedIn ? accountSheet : loginSheet)
     }
 
-    Component.onCompleted: if (home.opensAccountAtStart) showAccount()
+    Component.onCompleted: {
+        if (home.opensAccountAtStart)
+            showAccount()
+        if (home.detailAtStart !== undefined)
+            Qt.callLater(detailRequested, home.detailAtStart)
+    }
 
     Sheet { id: sheet }
     Component {

@@ -22,6 +22,8 @@ ScaleButtonStyle {
     }
     // The spinner stands for the label; the width holds.
     property bool isWaiting: false
+    // The spinner stands for the symbol, beside the label.
+    property bool hasSpinner: false
 
     radius: Theme.artRadius
     implicitWidth: row.width + 40
@@ -52,6 +54,11 @@ ScaleButtonStyle {
             symbol: button.symbol
             size: 20
             visible: button.symbol !== ""
+        }
+        Spinner {
+            anchors.verticalCenter: parent.verticalCenter
+            size: 18
+            running: button.hasSpinner
         }
         NText {
             anchors.verticalCenter: parent.verticalCenter

@@ -11,7 +11,15 @@ T.Slider {
     property real knob: 15
     // Where the fill begins, 0 to 1; the middle for values with a sign.
     property real origin: 0
+    property bool hasOriginMark: false
+    // What an arrow key adds.
+    property real keyboardStep: (to - from) / 20
     readonly property real shown: visualPosition
+
+    function moveTo(target: real) {
+        value = Math.max(from, Math.min(to, target))
+        moved()
+    }
 
     LayoutMirroring.enabled: false
     implicitWidth: 200
@@ -19,6 +27,12 @@ T.Slider {
     hoverEnabled: true
     live: true
     Accessible.role: Accessible.Slider
+    Accessible.onIncreaseAction: moveTo(value + keyboardStep)
+    Accessible.onDecreaseAction: moveTo(value - keyboardStep)
+    Keys.onRightPressed: moveTo(value + keyboardStep)
+    Keys.onUpPressed: moveTo(value + keyboardStep)
+    Keys.onLeftPressed: moveTo(value - keyboardStep)
+    Keys.onDownPressed: moveTo(value - keyboardStep)
 
     background: Item {
         Rectangle {
@@ -37,6 +51,14 @@ T.Slider {
                 color: slider.tint
             }
         }
+    }
+    Rectangle {
+        x: slider.knob / 2 + slider.origin * (slider.width - slider.knob) - 0.5
+        anchors.verticalCenter: parent.verticalCenter
+        width: 1
+        height: slider.thickness + 8
+        color: Theme.white(0.35)
+        visible: slider.hasOriginMark
     }
     handle: Item {
         x: slider.visualPosition * (slider.availableWidth - width)

@@ -9,6 +9,9 @@ ScaleButtonStyle {
     property real size: 40
     property real symbolSize: 22
     property color symbolColor: "white"
+    property real symbolOpacity: 0.75
+    property color fill: Theme.secondaryFill
+    readonly property Item glyph: icon
 
     implicitWidth: size
     implicitHeight: size
@@ -16,13 +19,20 @@ ScaleButtonStyle {
 
     background: Rectangle {
         radius: button.radius
-        color: button.down ? Theme.white(0.04) : Theme.white(0.08 + 0.06 * button.glow)
+        color: button.fill
+
+        Rectangle {
+            anchors.fill: parent
+            radius: button.radius
+            color: button.down ? Theme.black(0.14) : Theme.white(0.06 * button.glow)
+        }
     }
     Icon {
+        id: icon
         anchors.centerIn: parent
         symbol: button.symbol
         size: button.symbolSize
         color: button.symbolColor
-        opacity: 0.75 + 0.25 * button.glow
+        opacity: Math.min(1, button.symbolOpacity + 0.25 * button.glow)
     }
 }

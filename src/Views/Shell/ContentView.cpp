@@ -14,12 +14,18 @@ ContentView::ContentView(RadioPlayer &player, QObject *parent)
     , m_player(player)
 {
     connect(&m_player, &RadioPlayer::currentStationChanged, this, &ContentView::stationChanged);
+    connect(&m_player, &RadioPlayer::isFullPlayerPresentedChanged, this, &ContentView::fullPlayerChanged);
     connect(&m_player, &RadioPlayer::themeColorChanged, this, &ContentView::themeColorChanged);
 }
 
 bool ContentView::hasStation() const
 {
     return m_player.hasStation();
+}
+
+bool ContentView::isFullPlayerPresented() const
+{
+    return m_player.isFullPlayerPresented();
 }
 
 QColor ContentView::themeColor() const

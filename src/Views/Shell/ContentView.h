@@ -14,18 +14,21 @@ class ContentView : public QObject
     Q_OBJECT
     QML_NAMED_ELEMENT(ContentViewState)
     Q_PROPERTY(bool hasStation READ hasStation NOTIFY stationChanged)
+    Q_PROPERTY(bool isFullPlayerPresented READ isFullPlayerPresented NOTIFY fullPlayerChanged)
     Q_PROPERTY(QColor themeColor READ themeColor NOTIFY themeColorChanged)
 public:
     explicit ContentView(QObject *parent = nullptr);
     explicit ContentView(RadioPlayer &player, QObject *parent = nullptr);
 
     [[nodiscard]] bool hasStation() const;
+    [[nodiscard]] bool isFullPlayerPresented() const;
     [[nodiscard]] QColor themeColor() const;
 
     Q_INVOKABLE void togglePlayPause();
 
 Q_SIGNALS:
     void stationChanged();
+    void fullPlayerChanged();
     void themeColorChanged();
 
 private:

@@ -14,11 +14,20 @@ FocusScope {
 
     clip: true
 
-    HomeView {
+    ScreenStack {
+        id: radio
         anchors.fill: parent
         margin: content.margin
         visible: content.currentTab === 0
         focus: visible
+        initialItem: HomeView {
+            margin: content.margin
+            onDetailRequested: station => radio.open(detailView, {station: station})
+        }
+    }
+    Component {
+        id: detailView
+        StationDetailView {}
     }
     NText {
         x: content.margin

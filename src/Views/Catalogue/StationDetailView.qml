@@ -1,0 +1,180 @@
+import QtQuick
+import Navorin
+
+ScreenPage {
+    id: page
+
+    required property var station
+    readonly property StationDetailViewState detail: StationDetailViewState {
+        station: page.station
+    }
+
+    // The header of the list says it larger.
+    Accessible.name: detail.title
+    Component.onCompleted: detail.hydrateIfNeeded()
+
+    Spinner {
+        anchors.centerIn: parent
+        size: 32
+        running: page.detail.content === StationDetailViewState.Loading
+    }
+    ListView {
+        id: list
+
+        function openMenu(row: int) {
+            menu.row = row
+            menu.popup()
+        }
+
+        anchors.fill: parent
+        visible: page.detail.content === StationDetailViewState.Tracks
+        focus: visible
+        model: visible ? page.detail.tracks : null
+        spacing: 6
+        reuseItems: true
+        cacheBuffer: 400
+        activeFocusOnTab: true
+        keyNavigationEnabled: true
+        highlightFollowsCurrentItem: true
+        highlightMoveDuration: 120
+        preferredHighlightBegin: 16
+        preferredHighlightEnd: height - footerItem.height
+        highlightRangeMode: ListView.ApplyRange
+        boundsBehavior: Flickable.DragOverBounds
+        Accessible.role: Accessible.List
+        Accessible.name: "آهنگ‌ها"
+
+        header: Item {
+            width: list.width
+            height: 116
+
+            ArtworkImage {
+                id: cover
+                x: parent.width - page.margin - width
+                width: 96
+                height: 96
+                cornerRadius: Theme.artRadius
+                symbolSize: 36
+                address: page.detail.artworkAddress
+
+                Shadow {
+                    anchors.fill: parent
+                    z: -1
+                    radius: Theme.artRadius
+                    opacity: 0.35
+                }
+            }
+            Column {
+                x: playAll.x + playAll.width + 16
+                anchors.verticalCenter: cover.verticalCenter
+                width: cover.x - x - 16
+
+                NText {
+                    width: parent.width
+                    text: page.detail.title
+                    role: Theme.screenTitle
+                    isOutside: true
+                    Accessible.role: Accessible.Heading
+                    Accessible.name: text
+                }
+                NText {
+                    width: parent.width
+                    text: page.detail.trackCount
+                    role: Theme.caption
+                    font.weight: Font.Normal
+                    color: Theme.white(0.5)
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
+                }
+            }
+            ScaleButtonStyle {
+                id: playAll
+                x: page.margin
+                anchors.verticalCenter: cover.verticalCenter
+                width: 48
+                height: 48
+                radius: 24
+                text: "پخش همه"
+                onClicked: page.detail.play(0)
+
+                background: Rectangle {
+                    radius: playAll.radius
+                    color: playAll.down ? Qt.darker(Theme.accent, 1.16) : Qt.lighter(Theme.accent, 1 + 0.06 * playAll.glow)
+                }
+                Icon {
+                    anchors.centerIn: parent
+                    symbol: "play.fill"
+                    size: 26
+                }
+            }
+        }
+        footer: Item {
+            width: 1
+            height: page.detail.hasStation ? 100 : 24
+        }
+        delegate: TrackRow {
+            required property int index
+
+            x: page.margin
+            width: list.width - 2 * page.margin
+            isPlaying: page.detail.isPlaying
+            tone: page.detail.themeColor
+            onClicked: {
+                list.currentIndex = index
+                page.detail.play(index)
+            }
+            onMenuRequested: list.openMenu(index)
+        }
+
+        NMenu {
+            id: menu
+
+            property int row: -1
+            property bool isDownloaded: false
+
+            onAboutToShow: isDownloaded = page.detail.isDownloaded(row)
+
+            NMenuItem {
+                text: menu.isDownloaded ? "حذف دانلود" : "دانلود آفلاین"
+                symbol: menu.isDownloaded ? "trash" : "arrow.down.circle"
+                isDestructive: menu.isDownloaded
+                onTriggered: menu.isDownloaded ? page.detail.removeDownload(menu.row) : page.detail.download(menu.row)
+            }
+        }
+    }
+    Loader {
+        anchors.centerIn: parent
+        width: parent.width - 2 * page.margin
+        active: page.detail.content === StationDetailViewState.Failed
+
+        sourceComponent: EmptyState {
+            symbol: "wifi.exclamationmark"
+            message: "دریافت لیست آهنگها ناموفق بود"
+
+            NButton {
+                text: "تلاش دوباره"
+                symbol: "arrow.counterclockwise"
+                isPrimary: true
+                onClicked: page.detail.hydrateIfNeeded()
+            }
+        }
+    }
+    Loader {
+        anchors.centerIn: parent
+        width: parent.width - 2 * page.margin
+        active: page.detail.content === StationDetailViewState.Live
+
+        sourceComponent: EmptyState {
+            symbol: "dot.radiowaves.left.and.right"
+            symbolSize: 42
+            message: "این ایستگاه پخش زنده است"
+
+            NButton {
+                text: "پخش زنده"
+                symbol: "play.fill"
+                isPrimary: true
+                onClicked: page.detail.play(0)
+            }
+        }
+    }
+}
