@@ -1,3 +1,4 @@
+#include "AdRoutes.h"
 #include "Accounts/AccountSide.h"
 #include "ArtworkStore.h"
 #include "Catalogue.h"
@@ -66,6 +67,7 @@ int serve(const Options &options, const sigset_t &signals)
     addMediaRoutes(routes, catalogue, media, artwork, clock, stop);
     accounts->addTo(routes, options, catalogue, ownAddress);
     addFaultRoutes(routes, faults);
+    addAdRoutes(routes);
     std::printf("PORT %d\n", port);
     std::fflush(stdout);
 

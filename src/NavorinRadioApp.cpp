@@ -52,6 +52,21 @@ QStringList argumentsOf(int argc, char *argv[])
     return arguments;
 }
 
+QString configured(const char *variable, const QString &builtIn)
+{
+    return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariable(variable) : builtIn;
+}
+
+QString adHost()
+{
+    return configured("NAVORIN_AD_HOST", QStringLiteral(NAVORIN_AD_HOST));
+}
+
+QString adSite()
+{
+    return configured("NAVORIN_AD_SITE", QStringLiteral(NAVORIN_AD_SITE));
+}
+
 /// For measuring the start from outside: one line when the first frame is on the screen, one when stations
 /// are.
 void traceStart(QQuickWindow &window, StationStore &store)
@@ -168,9 +183,13 @@ bool NavorinRadioApp::showWindow()
     auto &player = RadioPlayer::shared();
     m_engine = std::make_unique<QQmlApplicationEngine>();
     AuthStore::shared();
-    prepareViews(*m_engine,
-                 {m_platform->queue, m_platform->urlOpener, m_options.debugTelegram, m_options.debugLogin,
-                  m_options.debugDetail ? std::optional(detailTestStation()) : std::nullopt});
+    ViewSurroundings surroundings{m_platform->queue, m_platform->urlOpener};
+    surroundings.debugTelegram = m_options.debugTelegram;
+    surroundings.debugLogin = m_options.debugLogin;
+    if (m_options.debugDetail)
+        surroundings.debugDetail = detailTestStation();
+    surroundings.adNetwork = adNetwork(adHost(), adSite(), APIClient::shared().baseUrl());
+    prepareViews(*m_engine, surroundings);
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())
         return false;
@@ -231,6 +250,9 @@ int NavorinRadioApp::run(int argc, char *argv[])
     QCoreApplication::setApplicationVersion(versionText);
     QGuiApplication::setDesktopFileName(u"ir.navorin.NavorinRadio"_s);
     QQuickStyle::setStyle(u"Basic"_s);
+    // A web view that is loaded later can only then share the window's graphics.
+    if (!adHost().isEmpty())
+        QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
     QGuiApplication application(argc, argv);
     const auto options = LaunchOptions::parse(QCoreApplication::arguments().sliced(1));
     if (!options.unknown.isEmpty()) {

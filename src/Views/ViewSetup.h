@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Station.h"
+#include "Views/Ads/AdBannerView.h"
 
 #include <optional>
 
@@ -22,6 +23,8 @@ struct ViewSurroundings
     bool debugLogin = false;
     /// Open this station's screen at start.
     std::optional<Station> debugDetail;
+    /// Absent if there are no advertisements.
+    std::optional<AdNetwork> adNetwork;
 };
 
 /// Brings what the screens draw with into `engine`: fonts and symbols. Once, after the application

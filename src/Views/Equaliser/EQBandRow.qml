@@ -25,10 +25,8 @@ Item {
         elide: Text.ElideNone
     }
     NSlider {
-        anchors.left: label.right
-        anchors.leftMargin: 8
-        anchors.right: figure.left
-        anchors.rightMargin: 8
+        x: figure.width + 8
+        width: parent.width - label.width - figure.width - 16
         anchors.verticalCenter: parent.verticalCenter
         from: row.eq.lowestGain
         to: row.eq.highestGain

@@ -2,9 +2,22 @@
 
 #include "Services/Equaliser/Equalizer.h"
 
+#include <QRegularExpression>
+
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QString leftToRight(const QString &text)
+{
+    constexpr QChar leftToRightIsolate(0x2066);
+    constexpr QChar popIsolate(0x2069);
+    return leftToRightIsolate + text + popIsolate;
+}
+
+} // namespace
 
 EQView::EQView(QObject *parent)
     : EQView(Equalizer::shared(), parent)
@@ -85,11 +98,22 @@ QString EQView::footer()
         eqBandCentres.front(), eqBandCentres.back(), double(-eqLowestGain), double(eqHighestGain));
 }
 
+QString EQView::shownFooter()
+{
+    static const QRegularExpression signedNumber(u"[−+]\\d+"_s);
+    QString shown;
+    qsizetype end = 0;
+    const auto text = footer();
+    for (const auto &number : signedNumber.globalMatch(text)) {
+        shown += text.sliced(end, number.capturedStart() - end) + leftToRight(number.captured());
+        end = number.capturedEnd();
+    }
+    return shown + text.sliced(end);
+}
+
 QString EQView::gainText(qreal gain)
 {
-    constexpr QChar leftToRightIsolate(0x2066);
-    constexpr QChar popIsolate(0x2069);
-    return leftToRightIsolate + QString::asprintf("%+.0f", gain) + popIsolate;
+    return leftToRight(QString::asprintf("%+.0f", gain));
 }
 
 void EQView::choosePreset(int index)

@@ -24,6 +24,8 @@ class EQView : public QObject
     /// The bands can be moved by hand: only from settings that were made by hand.
     Q_PROPERTY(bool areBandsMovable READ areBandsMovable NOTIFY movableChanged)
     Q_PROPERTY(QString footer READ footer CONSTANT)
+    /// The same, with marks that keep each sign on the left of its number.
+    Q_PROPERTY(QString shownFooter READ shownFooter CONSTANT)
 public:
     explicit EQView(QObject *parent = nullptr);
     explicit EQView(Equalizer &equalizer, QObject *parent = nullptr);
@@ -40,6 +42,7 @@ public:
     [[nodiscard]] static qreal highestGain();
     [[nodiscard]] bool areBandsMovable() const;
     [[nodiscard]] static QString footer();
+    [[nodiscard]] static QString shownFooter();
 
     /// Whole decibels with their sign, to be read from left to right wherever they stand.
     Q_INVOKABLE static QString gainText(qreal gain);

@@ -127,13 +127,13 @@ FocusScope {
         }
         NText {
             width: parent.width
-            text: page.eq.footer
+            text: page.eq.shownFooter
             role: Theme.smallCaption
             isOutside: true
             color: Theme.white(0.45)
             wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            Accessible.name: page.eq.footer
         }
     }
 }

@@ -30,6 +30,8 @@ FocusScope {
 
     property real dragOffset: 0
 
+    AdBannerViewState { id: ads }
+
     function openEqualizer() {
         sheet.sheetWidth = 480
         sheet.present(equalizerSheet)
@@ -139,7 +141,8 @@ FocusScope {
             id: column
 
             readonly property int gaps: 4
-            readonly property real contentHeight: height - gaps * spacing
+            readonly property real contentHeight: names.height + position.height + transport.height + volume.height
+                                                  + footer.height
 
             x: Math.round(screen.isWide ? screen.width / 2 - 24 - width : (screen.width - width) / 2)
             y: Math.round(screen.isWide ? record.middle - height / 2
@@ -148,6 +151,7 @@ FocusScope {
             spacing: screen.gap
 
             Column {
+                id: names
                 width: parent.width
                 spacing: 2
 
@@ -175,11 +179,13 @@ FocusScope {
                 }
             }
             PositionLine {
+                id: position
                 width: parent.width
                 player: screen.player
                 tint: screen.ink
             }
             TransportControls {
+                id: transport
                 anchors.horizontalCenter: parent.horizontalCenter
                 player: screen.player
                 playButton: screen.sizes.playButton
@@ -187,11 +193,13 @@ FocusScope {
                 focus: true
             }
             VolumeLine {
+                id: volume
                 anchors.horizontalCenter: parent.horizontalCenter
                 width: Math.min(290, parent.width - 40)
                 player: screen.player
             }
             PlayerFooter {
+                id: footer
                 width: parent.width
                 player: screen.player
                 tint: screen.ink
@@ -199,12 +207,13 @@ FocusScope {
         }
         Loader {
             id: banner
-            active: false
+            active: ads.isConfigured && !screen.sizes.isSmall
             anchors.bottom: parent.bottom
             anchors.bottomMargin: 16
             anchors.horizontalCenter: parent.horizontalCenter
             width: Math.min(parent.width - 2 * screen.margin, 928)
             height: 140
+            sourceComponent: AdBannerView {}
         }
     }
 
