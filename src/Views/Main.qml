@@ -79,6 +79,7 @@ ApplicationWindow {
         active: presence > 0 || shell.isFullPlayerPresented
         sourceComponent: FullPlayerView {
             presence: cover.presence
+            isPresented: shell.isFullPlayerPresented
             focus: true
         }
         onLoaded: {

@@ -5,12 +5,14 @@
 #include "Services/Artwork/ArtworkLoader.h"
 #include "Services/Backend/APIClient.h"
 #include "Services/Catalogue/StationStore.h"
+#include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
 #include "Support/FakeDesktop.h"
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeMediaPlayer.h"
 #include "Support/FakeSecureItemStore.h"
+#include "Support/FakeUserDefaults.h"
 #include "Support/ManualMainQueue.h"
 #include "Views/ViewSetup.h"
 
@@ -29,7 +31,7 @@ using namespace Qt::Literals::StringLiterals;
 struct navorin::TestAccess
 {
     static void install(HttpSession &http, HttpSession &pictures, MediaPlayer &engine, FakeDesktop &desktop,
-                        SecureItemStore &secrets, MainQueue &queue, FileStore &files)
+                        SecureItemStore &secrets, MainQueue &queue, FileStore &files, UserDefaults &defaults)
     {
         APIClient::instance().setMaker(
             [&] { return std::unique_ptr<APIClient>(new APIClient(QUrl(u"http://127.0.0.1:9"_s), http)); });
@@ -42,14 +44,17 @@ struct navorin::TestAccess
         Keychain::instance().setMaker([&] { return std::unique_ptr<Keychain>(new Keychain(secrets)); });
         AuthStore::instance().setMaker(
             [&] { return std::unique_ptr<AuthStore>(new AuthStore(APIClient::shared(), queue)); });
+        Equalizer::instance().setMaker([&] { return std::unique_ptr<Equalizer>(new Equalizer(defaults)); });
         RadioPlayer::instance().setMaker([&] {
             return std::unique_ptr<RadioPlayer>(
                 new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands,
                                  queue, APIClient::shared(), OfflineStore::shared()}));
         });
     }
+    static bool hasEqualizer() { return Equalizer::instance().exists(); }
     static void reset()
     {
+        Equalizer::instance().reset();
         RadioPlayer::instance().reset();
         AuthStore::instance().reset();
         Keychain::instance().reset();
@@ -99,6 +104,20 @@ QList<QQuickItem *> itemsOf(QQuickItem *root, const QByteArray &type)
     return found;
 }
 
+/// The visible button below `root` that says or is called `text`.
+QQuickItem *buttonOf(QQuickItem *root, const QString &text)
+{
+    for (auto *child : root->childItems()) {
+        if (!child->isVisible())
+            continue;
+        if (child->inherits("QQuickAbstractButton") && child->property("text").toString() == text)
+            return child;
+        if (auto *found = buttonOf(child, text))
+            return found;
+    }
+    return nullptr;
+}
+
 QPoint middleOf(const QQuickItem *item)
 {
     return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
@@ -119,12 +138,15 @@ private Q_SLOTS:
     void layoutFollowsTheWidth_data();
     void layoutFollowsTheWidth();
     void aTapPlaysAndTheMiniPlayerComes();
-    void tracksPlayWithoutTheFullPlayer();
     void aRefreshKeepsTheCards();
     void categoriesFilter();
     void walkedByKeyboard();
     void spaceIsThePlayersUnlessAControlUsesIt();
     void assistiveTechnologyPresses();
+    void theFullPlayerOpensAndCloses();
+    void theFullPlayerIsWalkedByKeyboard();
+    void aStationWithTracksHasAScreen();
+    void theEqualiserIsMadeByItsSheet();
 
 private:
     [[nodiscard]] QList<QQuickItem *> items(const QByteArray &type) const
@@ -132,6 +154,10 @@ private:
         return itemsOf(m_window->contentItem(), type);
     }
     [[nodiscard]] QQuickItem *named(const QByteArray &type, const QString &text) const;
+    [[nodiscard]] QQuickItem *button(const QString &text) const
+    {
+        return buttonOf(m_window->contentItem(), text);
+    }
     [[nodiscard]] QQuickItem *card(int number) const
     {
         return named("StationCardView"_ba, QString(u"ایستگاه "_s + QString::number(number)));
@@ -142,12 +168,15 @@ private:
     }
     void fill(int count, const QByteArray &more = {});
     void reachPlaying();
+    /// Plays a card and goes back from the full player.
+    void playBehind(int number);
 
     std::unique_ptr<FakeHttpSession> m_http;
     NoPictures m_pictures;
     std::unique_ptr<FakeMediaPlayer> m_player;
     std::unique_ptr<ManualMainQueue> m_queue;
     QtFileStore m_files;
+    FakeUserDefaults m_defaults;
     FakeDesktop m_desktop;
     FakeSecureItemStore m_secrets;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
@@ -165,7 +194,7 @@ void tst_Screens::init()
     m_http = std::make_unique<FakeHttpSession>();
     m_player = std::make_unique<FakeMediaPlayer>();
     m_queue = std::make_unique<ManualMainQueue>();
-    TestAccess::install(*m_http, m_pictures, *m_player, m_desktop, m_secrets, *m_queue, m_files);
+    TestAccess::install(*m_http, m_pictures, *m_player, m_desktop, m_secrets, *m_queue, m_files, m_defaults);
     m_engine = std::make_unique<QQmlApplicationEngine>();
     prepareViews(*m_engine, {*m_queue, m_desktop.urlOpener});
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
@@ -208,6 +237,15 @@ void tst_Screens::reachPlaying()
     m_player->status = MediaPlayer::TimeControlStatus::Playing;
     m_player->observer(1);
     m_queue->drain();
+}
+
+void tst_Screens::playBehind(int number)
+{
+    click(card(number));
+    QTRY_VERIFY(m_player->calls.contains(u"play"_s));
+    QTRY_COMPARE(items("FullPlayerView"_ba).size(), 1);
+    QTest::keyClick(m_window, Qt::Key_Escape);
+    QTRY_VERIFY(items("FullPlayerView"_ba).isEmpty());
 }
 
 void tst_Screens::loadingThenErrorThenGrid()
@@ -258,9 +296,8 @@ void tst_Screens::aTapPlaysAndTheMiniPlayerComes()
 {
     fill(3);
     QVERIFY(items("MiniPlayerBar"_ba).isEmpty());
-    click(card(1));
-    QVERIFY(RadioPlayer::shared().isFullPlayerPresented());
-    QTRY_COMPARE(m_player->calls, QStringList({u"replace http://127.0.0.1:9/stream/1"_s, u"play"_s}));
+    playBehind(1);
+    QCOMPARE(m_player->calls, QStringList({u"replace http://127.0.0.1:9/stream/1"_s, u"play"_s}));
     QTRY_COMPARE(items("MiniPlayerBar"_ba).size(), 1);
     QTRY_VERIFY(card(1)->property("isSelected").toBool());
     QVERIFY(!card(0)->property("isSelected").toBool());
@@ -272,14 +309,6 @@ void tst_Screens::aTapPlaysAndTheMiniPlayerComes()
     QTRY_VERIFY(middleOf(toggle).y() < m_window->height() - 50); // it slides in
     click(toggle);
     QCOMPARE(m_player->takeCalls(), QStringList({u"pause"_s}));
-}
-
-void tst_Screens::tracksPlayWithoutTheFullPlayer()
-{
-    fill(1, ",\"tracks\":[{\"title\":\"a\",\"stream_url\":\"/t\"}],\"track_count\":1"_ba);
-    click(card(0));
-    QTRY_COMPARE(m_player->calls.value(0), u"replace http://127.0.0.1:9/t"_s);
-    QVERIFY(!RadioPlayer::shared().isFullPlayerPresented());
 }
 
 void tst_Screens::aRefreshKeepsTheCards()
@@ -319,6 +348,8 @@ void tst_Screens::walkedByKeyboard()
     QCOMPARE(m_window->activeFocusItem(), card(1));
     QTest::keyClick(m_window, Qt::Key_Return);
     QTRY_COMPARE(m_player->calls.value(0), u"replace http://127.0.0.1:9/stream/1"_s);
+    QTest::keyClick(m_window, Qt::Key_Escape);
+    QTRY_COMPARE(m_window->activeFocusItem(), card(1)); // where it was
     QTest::keyClick(m_window, Qt::Key_Tab, Qt::ShiftModifier);
     QTest::keyClick(m_window, Qt::Key_Left);
     QTest::keyClick(m_window, Qt::Key_Space);
@@ -330,8 +361,7 @@ void tst_Screens::spaceIsThePlayersUnlessAControlUsesIt()
     fill(3);
     QTest::keyClick(m_window, Qt::Key_Space);
     QVERIFY(m_player->takeCalls().isEmpty());
-    click(card(0));
-    QTRY_VERIFY(m_player->calls.contains(u"play"_s));
+    playBehind(0);
     m_player->calls.clear();
     reachPlaying();
     QTest::keyClick(m_window, Qt::Key_Space);
@@ -351,6 +381,113 @@ void tst_Screens::assistiveTechnologyPresses()
     QCOMPARE(interface->text(QAccessible::Name), u"ایستگاه 2"_s);
     interface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     QTRY_VERIFY(m_player->calls.contains(u"replace http://127.0.0.1:9/stream/2"_s));
+}
+
+void tst_Screens::theFullPlayerOpensAndCloses()
+{
+    fill(2);
+    click(card(0));
+    QTRY_COMPARE(items("FullPlayerView"_ba).size(), 1);
+    QTRY_VERIFY(items("HomeView"_ba).isEmpty()); // not painted behind it
+    for (const auto &size : {QSize(420, 800), QSize(1000, 700), QSize(1920, 1080), QSize(360, 560)}) {
+        m_window->resize(size);
+        const auto *play = button(u"پخش"_s);
+        QTRY_VERIFY(QRect({}, size).contains(middleOf(play)));
+        const auto *record = items("Record"_ba).at(0);
+        QTRY_VERIFY(record->mapToScene({0, 0}).y() >= 56);
+        const auto *footer = items("PlayerFooter"_ba).at(0);
+        QTRY_VERIFY(footer->mapToScene({0, footer->height()}).y() <= size.height());
+    }
+    QTRY_VERIFY(QRect({}, m_window->size()).contains(middleOf(button(u"بستن"_s))));
+    click(button(u"بستن"_s));
+    QTRY_VERIFY(items("FullPlayerView"_ba).isEmpty());
+    QTRY_COMPARE(items("HomeView"_ba).size(), 1);
+    QVERIFY(!RadioPlayer::shared().isFullPlayerPresented());
+}
+
+void tst_Screens::theFullPlayerIsWalkedByKeyboard()
+{
+    fill(1, ",\"tracks\":[{\"title\":\"a\",\"track_id\":\"1\",\"stream_url\":\"/t\"},"
+            "{\"title\":\"b\",\"track_id\":\"2\",\"stream_url\":\"/u\"}],\"track_count\":2"_ba);
+    auto station = StationStore::shared().stations().constFirst();
+    detach(RadioPlayer::shared().selectStation(station), "selecting in a test");
+    RadioPlayer::shared().setFullPlayerPresented(true);
+    QTRY_VERIFY(m_player->item);
+    m_player->item->length = 100;
+    reachPlaying();
+    QTRY_COMPARE(items("FullPlayerView"_ba).size(), 1);
+    QTRY_VERIFY(RadioPlayer::shared().duration() > 0);
+
+    QStringList walk;
+    for (int i = 0; i < 16; ++i) {
+        QTest::keyClick(m_window, Qt::Key_Tab);
+        auto *interface = QAccessible::queryAccessibleInterface(m_window->activeFocusItem());
+        QVERIFY(interface);
+        const auto name = interface->text(QAccessible::Name);
+        if (walk.contains(name))
+            break;
+        const auto role = interface->role();
+        QVERIFY2(role == QAccessible::Button || role == QAccessible::Slider, qPrintable(name));
+        walk.append(name);
+    }
+    walk.sort();
+    QStringList expected{u"بستن"_s,         u"اکولایزر"_s,  u"پسندیدن"_s,       u"موقعیت پخش"_s,
+                         u"۱۰ ثانیه عقب"_s, u"آهنگ قبلی"_s, u"توقف"_s,          u"آهنگ بعدی"_s,
+                         u"۱۰ ثانیه جلو"_s, u"بلندی صدا"_s, u"دانلود آفلاین"_s, u"دانلود در تلگرام"_s};
+    expected.sort();
+    QCOMPARE(walk, expected);
+
+    m_player->calls.clear();
+    for (auto *slider : items("NSlider"_ba)) {
+        slider->forceActiveFocus();
+        QTest::keyClick(m_window, Qt::Key_Right);
+    }
+    QCOMPARE(m_player->calls.filter(u"seek"_s).size(), 1);
+    QVERIFY(RadioPlayer::shared().volume() > 0.86F);
+}
+
+void tst_Screens::aStationWithTracksHasAScreen()
+{
+    fill(
+        1,
+        ",\"tracks\":[{\"title\":\"a\",\"stream_url\":\"/t\"},{\"stream_url\":\"/u\"}],\"track_count\":2"_ba);
+    click(card(0));
+    QTRY_COMPARE(items("TrackRow"_ba).size(), 2);
+    QVERIFY(m_player->calls.isEmpty());
+    auto *row = items("TrackRow"_ba).at(1);
+    row->forceActiveFocus();
+    QTest::keyClick(m_window, Qt::Key_Menu);
+    QTRY_VERIFY(button(u"دانلود آفلاین"_s));
+    QTest::keyClick(m_window, Qt::Key_Escape);
+    QTRY_VERIFY(!button(u"دانلود آفلاین"_s));
+    QTRY_COMPARE(row->mapToScene({0, 0}).x(), 24.0); // it slides in
+    click(items("TrackRow"_ba).at(1));
+    QTRY_COMPARE(m_player->calls.value(0), u"replace http://127.0.0.1:9/u"_s);
+    QTRY_COMPARE(items("FullPlayerView"_ba).size(), 1);
+    QTest::keyClick(m_window, Qt::Key_Escape); // closes what is on top, and only that
+    QTRY_VERIFY(items("FullPlayerView"_ba).isEmpty());
+    QTRY_COMPARE(items("TrackRow"_ba).size(), 2);
+    QTest::keyClick(m_window, Qt::Key_Escape);
+    QTRY_VERIFY(items("TrackRow"_ba).isEmpty());
+    QTRY_VERIFY(card(0));
+}
+
+void tst_Screens::theEqualiserIsMadeByItsSheet()
+{
+    fill(1);
+    click(card(0));
+    QTRY_COMPARE(items("FullPlayerView"_ba).size(), 1);
+    QVERIFY(!TestAccess::hasEqualizer());
+    QTRY_VERIFY(button(u"اکولایزر"_s)->mapToScene({0, 0}).y() < 60);
+    click(button(u"اکولایزر"_s));
+    QTRY_COMPARE(items("EQBandRow"_ba).size(), 5);
+    QVERIFY(TestAccess::hasEqualizer());
+    for (auto *row : items("EQBandRow"_ba))
+        QVERIFY(!row->isEnabled());
+    Equalizer::shared().setEnabled(true);
+    Equalizer::shared().setSelectedPreset(EQPreset::customName);
+    for (auto *row : items("EQBandRow"_ba))
+        QVERIFY(row->isEnabled());
 }
 
 QTEST_MAIN(tst_Screens)

@@ -1,6 +1,11 @@
+#include "Views/Ads/AdBannerView.h"
 #include "Views/Catalogue/HomeDecisions.h"
 #include "Views/Catalogue/StationCard.h"
+#include "Views/Catalogue/TrackListModel.h"
+#include "Views/Equaliser/EQView.h"
 #include "Views/Playback/MiniPlayerBar.h"
+#include "Views/Playback/PlayerDecisions.h"
+#include "Views/Playback/StationSelection.h"
 #include "Views/Shared/Shadow.h"
 #include "Views/Shared/ShownText.h"
 #include "Views/Shared/SpringCurve.h"
@@ -37,6 +42,12 @@ private Q_SLOTS:
     void contentByPrecedence();
     void cardsAndTaps();
     void playerStrip();
+    void playerSizes();
+    void timesAndLengths();
+    void dragsDown();
+    void playsAtATrack();
+    void equaliserTexts();
+    void advertisements();
     void textsFitALabel();
     void tonesAreReadable();
     void springsSettle_data();
@@ -106,6 +117,98 @@ void tst_ViewDecisions::playerStrip()
     QVERIFY(playedShare(true, 50, 200) < 0);
     QVERIFY(playedShare(false, 50, 0) < 0);
     QVERIFY(playedShare(false, 50, std::nan("")) < 0);
+}
+
+void tst_ViewDecisions::playerSizes()
+{
+    const auto narrow = playerMetrics(420, 800);
+    QCOMPARE(narrow.record, 240.0); // of the height
+    QVERIFY(!narrow.isSmall);
+    QCOMPARE(narrow.playButton, 78.0);
+    QCOMPARE(playerMetrics(300, 2000).record, 216.0); // of the width
+    QCOMPARE(playerMetrics(1920, 1080).record, 300.0);
+    const auto low = playerMetrics(1000, 749);
+    QVERIFY(low.isSmall);
+    QCOMPARE(low.record, 240.0);
+    QCOMPARE(playerMetrics(1000, 500).record, 170.0);
+    QCOMPARE(playerMetrics(0, 0).record, 0.0);
+}
+
+void tst_ViewDecisions::timesAndLengths()
+{
+    QCOMPARE(formatSeconds(3725), u"62:05"_s);
+    QCOMPARE(formatSeconds(59.6), u"1:00"_s);
+    QCOMPARE(formatSeconds(0.2), u"0:00"_s);
+    for (const double none : {0.0, -5.0, std::nan(""), double(INFINITY), -double(INFINITY)})
+        QCOMPARE(formatSeconds(none), u"0:00"_s);
+    QVERIFY(formatSeconds(1e300).size() > 10);
+    QCOMPARE(trackLength(61), u"1:01"_s);
+    QCOMPARE(trackLength(0), QString());
+    QCOMPARE(trackLength(std::nullopt), QString());
+}
+
+void tst_ViewDecisions::dragsDown()
+{
+    QCOMPARE(dragOffset({3, 40}, 0), 40.0);
+    QCOMPARE(dragOffset({50, 40}, 12), 12.0); // goes sideways
+    QCOMPARE(dragOffset({0, -40}, 12), 12.0);
+    QVERIFY(dragDismisses({0, 121}));
+    QVERIFY(!dragDismisses({0, 119}));
+    QVERIFY(!dragDismisses({250, 200}));
+    QVERIFY(!dragDismisses({-250, 200}));
+    QCOMPARE(keepState(true, true), KeepState::Kept);
+    QCOMPARE(keepState(false, true), KeepState::Loading);
+    QCOMPARE(keepState(false, false), KeepState::NotKept);
+}
+
+void tst_ViewDecisions::playsAtATrack()
+{
+    auto station = stationWith(3, 3);
+    station.artworkURL = u"/station"_s;
+    station.title = u"old"_s;
+    station.elapsedSeconds = 12;
+    (*station.tracks)[1].title = u"two"_s;
+    (*station.tracks)[2].artworkURL = u"/three"_s;
+    const auto second = stationAtTrack(station, 4); // beyond the end it wraps
+    QCOMPARE(second.trackIndex, 1);
+    QCOMPARE(second.title, u"two"_s);
+    QCOMPARE(second.artworkURL, u"/station"_s);
+    QVERIFY(!second.elapsedSeconds);
+    const auto last = stationAtTrack(station, -1);
+    QCOMPARE(last.trackIndex, 2);
+    QVERIFY(!last.title); // the track has none
+    QCOMPARE(last.artworkURL, u"/three"_s);
+    const auto live = stationWith(0, 0);
+    QCOMPARE(stationAtTrack(live, 5), live);
+}
+
+void tst_ViewDecisions::equaliserTexts()
+{
+    QCOMPARE(EQView::footer(),
+             u"از 80hrtz تا 10000 — بهصورت زنده روی پخش اعمال میشود؛ دامنه از −12 تا +12 دسیبل"_s);
+    QCOMPARE(EQView::shownFooter().remove(QChar(0x2066)).remove(QChar(0x2069)), EQView::footer());
+    QVERIFY(EQView::shownFooter().contains(u"\u2066+12\u2069"_s));
+    QCOMPARE(EQView::gainText(3), u"\u2066+3\u2069"_s);
+    QCOMPARE(EQView::gainText(0), u"\u2066+0\u2069"_s);
+    QCOMPARE(EQView::gainText(-2), u"\u2066-2\u2069"_s);
+}
+
+void tst_ViewDecisions::advertisements()
+{
+    const QUrl backend(u"https://radio.example"_s);
+    QVERIFY(!adNetwork({}, u"site"_s, backend));
+    QVERIFY(!adNetwork(u"https://ads.example"_s, {}, backend));
+    QVERIFY(!adNetwork(u"file:///etc"_s, u"site"_s, backend));
+    QCOMPARE(adNetwork(u"backend"_s, u"site"_s, backend)->host, backend);
+    const auto page = adPage(*adNetwork(u"https://ads.example"_s, u"a'b.example"_s, backend));
+    QVERIFY(page.contains(u"'https://ads.example/serve/a%27b.example/loader.js'"_s));
+    QCOMPARE(page.count(u"id=\"mediaad-DABn6\""_s), 1);
+
+    const QUrl web(u"https://shop.example"_s);
+    QCOMPARE(adNavigation(web, true), AdNavigation::StaysInPage);
+    QCOMPARE(adNavigation(web, false), AdNavigation::OpensInBrowser);
+    QCOMPARE(adNavigation(QUrl(u"mailto:a@shop.example"_s), false), AdNavigation::StaysInPage);
+    QCOMPARE(adNavigation(QUrl(), false), AdNavigation::StaysInPage);
 }
 
 void tst_ViewDecisions::textsFitALabel()

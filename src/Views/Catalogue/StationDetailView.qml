@@ -21,9 +21,9 @@ ScreenPage {
     ListView {
         id: list
 
-        function openMenu(row: int) {
-            menu.row = row
-            menu.popup()
+        function openMenu(row: Item, index: int, at: point) {
+            menu.row = index
+            menu.popup(row, at)
         }
 
         anchors.fill: parent
@@ -123,7 +123,7 @@ ScreenPage {
                 list.currentIndex = index
                 page.detail.play(index)
             }
-            onMenuRequested: list.openMenu(index)
+            onMenuRequested: at => list.openMenu(this, index, at)
         }
 
         NMenu {

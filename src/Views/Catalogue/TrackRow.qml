@@ -14,15 +14,16 @@ ScaleButtonStyle {
     property bool isPlaying: false
     property color tone: Theme.accent
 
-    signal menuRequested
+    // `at` in the row.
+    signal menuRequested(at: point)
 
     text: title
     radius: Theme.artRadius
     implicitHeight: 64
     Accessible.role: Accessible.ListItem
     Accessible.description: artist
-    Keys.onMenuPressed: menuRequested()
-    onPressAndHold: menuRequested()
+    Keys.onMenuPressed: menuRequested(Qt.point(width - 120, height / 2))
+    onPressAndHold: menuRequested(Qt.point(pressX, pressY))
 
     background: Rectangle {
         radius: row.radius
@@ -38,7 +39,7 @@ ScaleButtonStyle {
     }
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: row.menuRequested()
+        onTapped: point => row.menuRequested(point.position)
     }
     Item {
         anchors.fill: parent

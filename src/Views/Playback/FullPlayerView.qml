@@ -8,6 +8,7 @@ FocusScope {
 
     // 0 away, 1 in its place.
     required property real presence
+    required property bool isPresented
     readonly property FullPlayerViewState player: FullPlayerViewState {
         onLoginRequested: sheet.present(loginSheet)
     }
@@ -55,7 +56,7 @@ FocusScope {
     }
     Shortcut {
         sequences: ["Escape", StandardKey.Back]
-        enabled: screen.player.hasStation && screen.presence > 0.5 && !sheet.visible
+        enabled: screen.isPresented && !sheet.visible
         onActivated: screen.player.dismiss()
     }
     Shortcut {

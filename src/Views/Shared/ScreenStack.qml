@@ -23,7 +23,7 @@ StackView {
 
     Shortcut {
         sequences: ["Escape", StandardKey.Back]
-        enabled: stack.visible && stack.depth > 1
+        enabled: stack.enabled && stack.visible && stack.depth > 1
         onActivated: stack.back()
     }
 
