@@ -310,11 +310,12 @@ void tst_Screens::walkedByKeyboard()
 {
     fill(6);
     QStringList walk;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 6; ++i) {
         QTest::keyClick(m_window, Qt::Key_Tab);
         walk << m_window->activeFocusItem()->property("text").toString();
     }
-    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"حساب کاربری"_s, u"همه"_s, u"ایستگاه 0"_s}));
+    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"جستجوی ساندکلود"_s, u"حساب کاربری"_s, u"همه"_s,
+                                u"ایستگاه 0"_s}));
     QTest::keyClick(m_window, Qt::Key_Left);
     QCOMPARE(m_window->activeFocusItem(), card(1));
     QTest::keyClick(m_window, Qt::Key_Return);

@@ -20,15 +20,23 @@ FocusScope {
         visible: content.currentTab === 0
         focus: visible
     }
-    NText {
-        x: content.margin
-        y: 20
-        width: parent.width - 2 * x
-        text: "کتابخانه من"
-        role: Theme.libraryTitle
+    // Made at the first visit: the start does not pay for it.
+    Loader {
+        anchors.fill: parent
+        active: visible || item !== null
         visible: content.currentTab === 1
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
+        focus: visible
+
+        sourceComponent: ScreenStack {
+            id: libraryStack
+            margin: content.margin
+            focus: true
+            initialItem: LibraryView {
+                margin: libraryStack.margin
+                focus: true
+                onScreenRequested: (screen, properties) => libraryStack.open(screen, properties)
+            }
+        }
     }
 
     // Darkens what passes below the mini player.
