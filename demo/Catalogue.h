@@ -20,6 +20,7 @@ public:
     /// The answer that fills in a deferred list; empty if there is none of this id.
     [[nodiscard]] std::string playlist(const std::string &id) const;
 
+    [[nodiscard]] const std::vector<Station> &stations() const { return m_stations; }
     [[nodiscard]] const Station *find(const std::string &genre) const;
     [[nodiscard]] RingPosition positionOf(const Station &station) const;
 

@@ -4,6 +4,7 @@
 #include "DemoUser.h"
 #include "LibraryRoutes.h"
 #include "Options.h"
+#include "Outside/OutsideRoutes.h"
 
 #include <QDir>
 #include <QFile>
@@ -59,6 +60,7 @@ void AccountSide::addTo(Routes &routes, const Options &options, const Catalogue 
         addDemoUser(m_accounts, m_library, catalogue, options.demoUser->first, options.demoUser->second);
     addAccountRoutes(routes, m_accounts, address);
     addLibraryRoutes(routes, m_accounts, m_library);
+    addOutsideRoutes(routes, catalogue, m_accounts, m_library);
 }
 
 } // namespace navorin::demo

@@ -339,11 +339,12 @@ void tst_Screens::walkedByKeyboard()
 {
     fill(6);
     QStringList walk;
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 6; ++i) {
         QTest::keyClick(m_window, Qt::Key_Tab);
         walk << m_window->activeFocusItem()->property("text").toString();
     }
-    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"حساب کاربری"_s, u"همه"_s, u"ایستگاه 0"_s}));
+    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"جستجوی ساندکلود"_s, u"حساب کاربری"_s, u"همه"_s,
+                                u"ایستگاه 0"_s}));
     QTest::keyClick(m_window, Qt::Key_Left);
     QCOMPARE(m_window->activeFocusItem(), card(1));
     QTest::keyClick(m_window, Qt::Key_Return);
@@ -431,9 +432,19 @@ void tst_Screens::theFullPlayerIsWalkedByKeyboard()
         walk.append(name);
     }
     walk.sort();
-    QStringList expected{u"بستن"_s,         u"اکولایزر"_s,  u"پسندیدن"_s,       u"موقعیت پخش"_s,
-                         u"۱۰ ثانیه عقب"_s, u"آهنگ قبلی"_s, u"توقف"_s,          u"آهنگ بعدی"_s,
-                         u"۱۰ ثانیه جلو"_s, u"بلندی صدا"_s, u"دانلود آفلاین"_s, u"دانلود در تلگرام"_s};
+    QStringList expected{u"بستن"_s,
+                         u"اکولایزر"_s,
+                         u"پسندیدن"_s,
+                         u"افزودن به پلیلیست"_s,
+                         u"موقعیت پخش"_s,
+                         u"۱۰ ثانیه عقب"_s,
+                         u"آهنگ قبلی"_s,
+                         u"توقف"_s,
+                         u"آهنگ بعدی"_s,
+                         u"۱۰ ثانیه جلو"_s,
+                         u"بلندی صدا"_s,
+                         u"دانلود آفلاین"_s,
+                         u"دانلود در تلگرام"_s};
     expected.sort();
     QCOMPARE(walk, expected);
 
@@ -452,23 +463,23 @@ void tst_Screens::aStationWithTracksHasAScreen()
         1,
         ",\"tracks\":[{\"title\":\"a\",\"stream_url\":\"/t\"},{\"stream_url\":\"/u\"}],\"track_count\":2"_ba);
     click(card(0));
-    QTRY_COMPARE(items("TrackRow"_ba).size(), 2);
+    QTRY_COMPARE(items("StationTrackRow"_ba).size(), 2);
     QVERIFY(m_player->calls.isEmpty());
-    auto *row = items("TrackRow"_ba).at(1);
+    auto *row = items("StationTrackRow"_ba).at(1);
     row->forceActiveFocus();
     QTest::keyClick(m_window, Qt::Key_Menu);
     QTRY_VERIFY(button(u"دانلود آفلاین"_s));
     QTest::keyClick(m_window, Qt::Key_Escape);
     QTRY_VERIFY(!button(u"دانلود آفلاین"_s));
     QTRY_COMPARE(row->mapToScene({0, 0}).x(), 24.0); // it slides in
-    click(items("TrackRow"_ba).at(1));
+    click(items("StationTrackRow"_ba).at(1));
     QTRY_COMPARE(m_player->calls.value(0), u"replace http://127.0.0.1:9/u"_s);
     QTRY_COMPARE(items("FullPlayerView"_ba).size(), 1);
     QTest::keyClick(m_window, Qt::Key_Escape); // closes what is on top, and only that
     QTRY_VERIFY(items("FullPlayerView"_ba).isEmpty());
-    QTRY_COMPARE(items("TrackRow"_ba).size(), 2);
+    QTRY_COMPARE(items("StationTrackRow"_ba).size(), 2);
     QTest::keyClick(m_window, Qt::Key_Escape);
-    QTRY_VERIFY(items("TrackRow"_ba).isEmpty());
+    QTRY_VERIFY(items("StationTrackRow"_ba).isEmpty());
     QTRY_VERIFY(card(0));
 }
 

@@ -138,7 +138,7 @@ void tst_StationListModel::aRefreshTouchesOnlyWhatChanged()
     QCOMPARE(changes.count(), 1);
     QCOMPARE(changes[0][0].toModelIndex().row(), 4);
     QCOMPARE(changes[0][1].toModelIndex().row(), 4);
-    QCOMPARE(model.index(4).data(StationListModel::TrackLineRole).toString(), u"3 آهنگ"_s);
+    QCOMPARE(model.index(4).data(StationListModel::LineRole).toString(), u"3 آهنگ"_s);
 
     model.setStations(fresh);
     QCOMPARE(changes.count(), 1);

@@ -70,7 +70,8 @@ public:
     /// Adds what `station` plays.
     [[nodiscard]] QFuture<void> addTrackToPlaylist(qint64 playlistId, const Station &station,
                                                    const QString &token) const;
-    [[nodiscard]] QFuture<void> deletePlaylistTrack(qint64 playlistId, qint64 trackId,
+    /// `trackKey` is the identifier of its row, in decimal, or the track's own.
+    [[nodiscard]] QFuture<void> deletePlaylistTrack(qint64 playlistId, const QString &trackKey,
                                                     const QString &token) const;
 
     /// What stands behind an address of Spotify, as it was pasted.

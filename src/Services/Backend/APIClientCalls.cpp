@@ -182,9 +182,10 @@ QFuture<void> APIClient::addTrackToPlaylist(qint64 playlistId, const Station &st
         .then(pool(), dropAnswer);
 }
 
-QFuture<void> APIClient::deletePlaylistTrack(qint64 playlistId, qint64 trackId, const QString &token) const
+QFuture<void> APIClient::deletePlaylistTrack(qint64 playlistId, const QString &trackKey,
+                                             const QString &token) const
 {
-    return remove<SimpleMessage>(playlistPath(playlistId) + u"/tracks/"_s + QString::number(trackId), token)
+    return remove<SimpleMessage>(playlistPath(playlistId) + u"/tracks/"_s + trackKey, token)
         .then(pool(), dropAnswer);
 }
 

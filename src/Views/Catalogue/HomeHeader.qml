@@ -7,6 +7,7 @@ Item {
 
     required property HomeViewState home
 
+    signal searchRequested
     signal accountRequested
 
     implicitHeight: 64
@@ -48,6 +49,11 @@ Item {
             anchors.verticalCenter: parent.verticalCenter
             label: header.home.statusLabel
             isPlaying: header.home.isPlaying
+        }
+        RoundButton {
+            text: "جستجوی ساندکلود"
+            symbol: "magnifyingglass"
+            onClicked: header.searchRequested()
         }
         RoundButton {
             text: "حساب کاربری"

@@ -17,6 +17,9 @@ FocusScope {
     readonly property real pull: Math.max(0, -grid.verticalOvershoot)
     readonly property real pullToRefresh: 72
 
+    // The search of SoundCloud is to lie upon this screen.
+    signal searchRequested
+
     // Who signs in or out sees the sheet close, and not turn into the other.
     function showAccount() {
         sheet.present(home.isSignedIn ? accountSheet : loginSheet)
@@ -56,6 +59,7 @@ FocusScope {
             home: screen.home
             x: screen.margin
             y: 12
+            onSearchRequested: screen.searchRequested()
             onAccountRequested: screen.showAccount()
             width: parent.width - 2 * screen.margin
         }

@@ -112,7 +112,7 @@ ScreenPage {
             width: 1
             height: page.detail.hasStation ? 100 : 24
         }
-        delegate: TrackRow {
+        delegate: StationTrackRow {
             required property int index
 
             x: page.margin

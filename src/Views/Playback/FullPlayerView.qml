@@ -10,7 +10,7 @@ FocusScope {
     required property real presence
     required property bool isPresented
     readonly property FullPlayerViewState player: FullPlayerViewState {
-        onLoginRequested: sheet.present(loginSheet)
+        onLoginRequested: screen.showSheet(loginSheet)
     }
     readonly property color ink: ThemeFunctions.ink(tone)
     property color tone: player.themeColor
@@ -122,6 +122,7 @@ FocusScope {
             y: 8
             width: parent.width - 2 * x
             onEqualizerRequested: screen.openEqualizer()
+            onPlaylistRequested: screen.showSheet(screen.player.isAuthed ? playlistSheet : loginSheet)
         }
         Record {
             id: record
@@ -222,6 +223,10 @@ FocusScope {
     Component {
         id: loginSheet
         LoginSheet { onCloseRequested: sheet.close() }
+    }
+    Component {
+        id: playlistSheet
+        AddToPlaylistSheet { onCloseRequested: sheet.close() }
     }
     Component {
         id: equalizerSheet

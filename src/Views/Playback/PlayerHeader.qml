@@ -50,6 +50,11 @@ Item {
             onClicked: header.equalizerRequested()
         }
         Act {
+            symbol: "plus"
+            text: "افزودن به پلیلیست"
+            onClicked: header.playlistRequested()
+        }
+        Act {
             id: heart
             symbol: header.player.isFavorite ? "heart.fill" : "heart"
             text: header.player.isFavorite ? "حذف از پسندیدهها" : "پسندیدن"

@@ -7,6 +7,8 @@ Column {
 
     required property string symbol
     property real symbolSize: 40
+    // Above the message, in larger letters; empty for none.
+    property string title
     property string message
     default property alias actions: below.data
 
@@ -39,6 +41,15 @@ Column {
             size: empty.symbolSize
             opacity: 0.4
         }
+    }
+    NText {
+        anchors.horizontalCenter: parent.horizontalCenter
+        width: Math.min(empty.width, implicitWidth)
+        visible: text !== ""
+        text: empty.title
+        role: Theme.section
+        Accessible.role: Accessible.Heading
+        Accessible.name: text
     }
     NText {
         anchors.horizontalCenter: parent.horizontalCenter

@@ -23,21 +23,34 @@ FocusScope {
         initialItem: HomeView {
             margin: content.margin
             onDetailRequested: station => radio.open(detailView, {station: station})
+            onSearchRequested: radio.open(searchView, {})
         }
     }
     Component {
         id: detailView
         StationDetailView {}
     }
-    NText {
-        x: content.margin
-        y: 20
-        width: parent.width - 2 * x
-        text: "کتابخانه من"
-        role: Theme.libraryTitle
+    Component {
+        id: searchView
+        SoundCloudSearchView {}
+    }
+    // Made at the first visit: the start does not pay for it.
+    Loader {
+        anchors.fill: parent
+        active: visible || item !== null
         visible: content.currentTab === 1
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
+        focus: visible
+
+        sourceComponent: ScreenStack {
+            id: libraryStack
+            margin: content.margin
+            focus: true
+            initialItem: LibraryView {
+                margin: libraryStack.margin
+                focus: true
+                onScreenRequested: (screen, properties) => libraryStack.open(screen, properties)
+            }
+        }
     }
 
     // Darkens what passes below the mini player.

@@ -206,7 +206,7 @@ const QList<Operation> operations{
      {{200, "{}"}, {500, ""}},
      {u"done"_s, u"خطای سرور (500)"_s}},
     {"deletePlaylistTrack",
-     [](const APIClient &client) { return outcomeOf(client.deletePlaylistTrack(5, 6, token)); },
+     [](const APIClient &client) { return outcomeOf(client.deletePlaylistTrack(5, u"6"_s, token)); },
      u"DELETE /api/playlists/5/tracks/6|Bearer t|-|"_s,
      {{200, "{}"}},
      {u"done"_s}},

@@ -1,0 +1,144 @@
+import QtQuick
+import Navorin
+
+// A track of a playlist: its place, what it is, how long it takes, and what can be done with it.
+ScaleButtonStyle {
+    id: row
+
+    required property int number
+    required property string title
+    required property string line
+    required property string artworkAddress
+    required property string note
+    required property bool isSelected
+    property bool isPlaying: false
+
+    // With where in the row the menu is to open.
+    signal menuRequested(at: point)
+    signal editRequested
+    signal deleteRequested
+
+    text: title
+    implicitHeight: 64
+    radius: Theme.artRadius
+    focusPolicy: Qt.ClickFocus
+    Accessible.description: line
+    Accessible.selectable: true
+    Accessible.selected: isSelected
+    Keys.onMenuPressed: menuRequested(Qt.point(width / 2, height))
+    Keys.onDeletePressed: deleteRequested()
+    Keys.onPressed: event => {
+        if (event.key === Qt.Key_F2) {
+            editRequested()
+            event.accepted = true
+        }
+    }
+
+    background: Rectangle {
+        radius: row.radius
+        color: row.isSelected ? Theme.white(0.10) : row.down ? Theme.white(0.03) : Theme.white(0.04 + 0.06 * row.glow)
+        border.width: row.isSelected ? 1 : 0
+        border.color: Theme.white(0.12)
+    }
+    Item {
+        anchors.fill: parent
+        anchors.leftMargin: 8
+        anchors.rightMargin: 10
+
+        Item {
+            id: place
+            anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
+            width: 36
+            height: 24
+
+            NText {
+                anchors.fill: parent
+                text: row.number
+                role: Theme.caption
+                color: Theme.white(0.6)
+                horizontalAlignment: Text.AlignHCenter
+                fontSizeMode: Text.HorizontalFit
+                visible: !bars.active
+            }
+            Loader {
+                id: bars
+                anchors.centerIn: parent
+                active: row.isSelected && row.isPlaying
+                sourceComponent: EqualizerBars {}
+            }
+        }
+        ArtworkImage {
+            id: art
+            anchors.left: place.right
+            anchors.leftMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            width: 44
+            height: 44
+            cornerRadius: Theme.rowRadius
+            symbolSize: 20
+            address: row.artworkAddress
+        }
+        Column {
+            anchors.left: art.right
+            anchors.leftMargin: 12
+            anchors.right: length.left
+            anchors.rightMargin: 12
+            anchors.verticalCenter: parent.verticalCenter
+
+            NText {
+                width: parent.width
+                text: row.title
+                isOutside: true
+            }
+            NText {
+                width: parent.width
+                text: row.line
+                role: Theme.smallCaption
+                color: Theme.white(0.6)
+                isOutside: true
+                visible: text !== ""
+            }
+        }
+        NText {
+            id: length
+            anchors.right: more.left
+            anchors.rightMargin: 8
+            anchors.verticalCenter: parent.verticalCenter
+            width: Math.max(36, implicitWidth)
+            text: row.note
+            role: Theme.caption
+            color: Theme.white(0.55)
+            horizontalAlignment: Text.AlignHCenter
+        }
+        ScaleButtonStyle {
+            id: more
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            width: 36
+            height: 36
+            radius: 18
+            text: "گزینهها"
+            focusPolicy: Qt.NoFocus
+            onClicked: {
+                const corner = mapToItem(row, 0, height)
+                row.menuRequested(Qt.point(corner.x, corner.y))
+            }
+
+            background: Rectangle {
+                radius: more.radius
+                color: Theme.white(0.08 * more.glow)
+            }
+            Icon {
+                anchors.centerIn: parent
+                symbol: "ellipsis"
+                size: 22
+                opacity: 0.75 + 0.25 * more.glow
+            }
+        }
+    }
+    TapHandler {
+        acceptedButtons: Qt.RightButton
+        onTapped: point => row.menuRequested(point.position)
+    }
+}
