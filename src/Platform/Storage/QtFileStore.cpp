@@ -5,6 +5,7 @@
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <cerrno>
 #include <unistd.h>
 
 namespace navorin {
@@ -50,8 +51,8 @@ bool QtFileStore::excludeFromBackup(const QString &folder)
     const auto present = read(tag);
     if (present && present->startsWith(cacheSignature))
         return true;
-    return writeAtomically(tag,
-                           cacheSignature + "\n# Music kept by Navorin; it can be downloaded again.\n"_ba);
+    return bool(
+        writeAtomically(tag, cacheSignature + "\n# Music kept by Navorin; it can be downloaded again.\n"_ba));
 }
 
 bool QtFileStore::exists(const QString &path) const
@@ -70,14 +71,17 @@ std::optional<QByteArray> QtFileStore::read(const QString &path) const
     return data;
 }
 
-bool QtFileStore::writeAtomically(const QString &path, const QByteArray &data)
+FileResult QtFileStore::writeAtomically(const QString &path, const QByteArray &data)
 {
     QSaveFile file(path);
     file.setDirectWriteFallback(false);
+    errno = 0; // Qt does not hand on all that the system says
     if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
-        return false;
+        return FileResult::ofError(errno);
     // commit() flushes too, but takes no notice of a failure.
-    return file.flush() && ::fsync(file.handle()) == 0 && file.commit();
+    if (!file.flush() || ::fsync(file.handle()) != 0 || !file.commit())
+        return FileResult::ofError(errno);
+    return {};
 }
 
 bool QtFileStore::move(const QString &from, const QString &to)
