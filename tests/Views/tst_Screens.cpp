@@ -70,6 +70,11 @@ public:
     {
         return QtFuture::makeReadyFuture(HttpResponse{404, {}, {}});
     }
+    [[nodiscard]] QFuture<void> stream(HttpRequest, std::shared_ptr<HttpByteSink>, std::stop_token) override
+    {
+        return QtFuture::makeExceptionalFuture<void>(
+            TransportError(TransportError::Kind::CannotConnect, u"no network"_s));
+    }
 };
 
 QByteArray catalogue(int count, const QByteArray &more = {})
