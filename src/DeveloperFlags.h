@@ -7,6 +7,7 @@
 namespace navorin {
 
 class MainQueue;
+class OfflineStore;
 class RadioPlayer;
 class StationStore;
 
@@ -18,8 +19,12 @@ class StationStore;
 /// Plays a station of one track that the demo backend has. Nothing happens if a station is current already.
 [[nodiscard]] QCoro::Task<void> playTestStation(RadioPlayer &player, bool opensFullPlayer);
 
+/// Downloads what is current after two seconds, if it is a track.
+[[nodiscard]] QCoro::Task<void> downloadCurrentTrack(MainQueue &queue, RadioPlayer &player,
+                                                     OfflineStore &offline);
+
 /// Carries out the developer flags, as the radio screen appears.
 void applyDeveloperFlags(const LaunchOptions &options, MainQueue &queue, StationStore &store,
-                         RadioPlayer &player);
+                         RadioPlayer &player, OfflineStore &offline);
 
 } // namespace navorin

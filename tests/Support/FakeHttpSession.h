@@ -58,7 +58,7 @@ public:
         {
             guarded([&] { sink->receive(bytes); });
         }
-        void finish() const { promise->finish(); }
+        void finish() const { settle(*promise, nullptr); }
         void fail(TransportError::Kind kind = TransportError::Kind::ConnectionLost) const
         {
             fail(*promise, kind);
@@ -76,8 +76,15 @@ public:
 
         static void fail(QPromise<void> &promise, TransportError::Kind kind)
         {
-            promise.setException(
-                std::make_exception_ptr(TransportError(kind, QStringLiteral("made by a test"))));
+            settle(promise, std::make_exception_ptr(TransportError(kind, QStringLiteral("made by a test"))));
+        }
+        /// A promise that is finished twice runs what follows twice.
+        static void settle(QPromise<void> &promise, const std::exception_ptr &error)
+        {
+            if (promise.future().isFinished())
+                return;
+            if (error)
+                promise.setException(error);
             promise.finish();
         }
         template <typename F>
@@ -88,8 +95,7 @@ public:
             try {
                 call();
             } catch (...) {
-                promise->setException(std::current_exception());
-                promise->finish();
+                settle(*promise, std::current_exception());
             }
         }
     };
@@ -116,6 +122,8 @@ public:
     [[nodiscard]] Stream takeStream()
     {
         const QMutexLocker locker(&m_lock);
+        if (m_streams.empty())
+            qFatal("no streamed request is waiting");
         auto stream = m_streams.front();
         m_streams.pop_front();
         return stream;
