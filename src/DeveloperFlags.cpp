@@ -3,6 +3,7 @@
 #include "Platform/Tasks/Detached.h"
 #include "Platform/Tasks/MainQueue.h"
 #include "Services/Catalogue/StationStore.h"
+#include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
 
 #include <QCoro/QCoroFuture>
@@ -18,6 +19,7 @@ namespace {
 
 constexpr int catalogueRounds = 40;
 constexpr auto catalogueRound = 500ms;
+constexpr auto downloadDelay = 2s;
 
 // Of the demo backend's archive.
 PlaylistTrack testTrack(int number)
@@ -75,11 +77,21 @@ Station detailTestStation()
     return testStation(u"debug-detail"_s, 3);
 }
 
+QCoro::Task<void> downloadCurrentTrack(MainQueue &queue, RadioPlayer &player, OfflineStore &offline)
+{
+    co_await queue.sleep(downloadDelay);
+    const auto &station = player.currentStation();
+    if (const auto *track = station ? station->currentTrack() : nullptr)
+        offline.download(*track);
+}
+
 void applyDeveloperFlags(const LaunchOptions &options, MainQueue &queue, StationStore &store,
-                         RadioPlayer &player)
+                         RadioPlayer &player, OfflineStore &offline)
 {
     if (options.debugPlayer)
         detach(playTestStation(player, !options.noCover), "--debug-player");
+    if (options.debugPlayer && options.autoDownload)
+        detach(downloadCurrentTrack(queue, player, offline), "--autodl");
     if (options.debugSync)
         detach(playPersianStation(queue, store, player), "--debug-sync");
 }

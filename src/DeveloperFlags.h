@@ -8,6 +8,7 @@
 namespace navorin {
 
 class MainQueue;
+class OfflineStore;
 class RadioPlayer;
 class StationStore;
 
@@ -22,8 +23,12 @@ class StationStore;
 /// A station of three tracks that the demo backend has.
 [[nodiscard]] Station detailTestStation();
 
+/// Downloads what is current after two seconds, if it is a track.
+[[nodiscard]] QCoro::Task<void> downloadCurrentTrack(MainQueue &queue, RadioPlayer &player,
+                                                     OfflineStore &offline);
+
 /// Carries out the developer flags, as the radio screen appears.
 void applyDeveloperFlags(const LaunchOptions &options, MainQueue &queue, StationStore &store,
-                         RadioPlayer &player);
+                         RadioPlayer &player, OfflineStore &offline);
 
 } // namespace navorin

@@ -24,6 +24,8 @@ constexpr std::array flags{
          u"play the station \"persian\" once the catalogue is there"},
     Flag{u"--debug-player", &LaunchOptions::debugPlayer, u"play a test station"},
     Flag{u"--no-cover", &LaunchOptions::noCover, u"with --debug-player, leave the full player closed"},
+    Flag{u"--autodl", &LaunchOptions::autoDownload,
+         u"with --debug-player, download its track after two seconds"},
     Flag{u"--debug-login", &LaunchOptions::debugLogin, u"open the account sheet"},
     Flag{u"--debug-detail", &LaunchOptions::debugDetail, u"open the screen of a test station"},
     Flag{u"--debug-telegram", &LaunchOptions::debugTelegram,

@@ -14,6 +14,7 @@ struct LaunchOptions
     bool demo = false;          ///< --demo: start the demo backend and use it
     bool debugPlayer = false;   ///< --debug-player: play a test station
     bool noCover = false;       ///< --no-cover: with --debug-player, leave the full player closed
+    bool autoDownload = false;  ///< --autodl: with --debug-player, keep its track for playing offline
     bool debugSync = false;     ///< --debug-sync: play the station "persian" once the catalogue is there
     bool debugLogin = false;    ///< --debug-login: open the account sheet
     bool debugDetail = false;   ///< --debug-detail: open the screen of a test station

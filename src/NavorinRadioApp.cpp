@@ -109,6 +109,7 @@ struct NavorinRadioApp::Platform
     QtHttpSession http;
     SecretServiceStore secrets;
     DesktopUrlOpener urlOpener;
+    QtHttpSession downloadHttp{OfflineStore::sessionConfiguration()};
     QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
     GstMediaPlayer player{queue};
     DesktopAudioSession audioSession{queue};
@@ -131,6 +132,7 @@ NavorinRadioApp::~NavorinRadioApp()
     // does who asks only now.
     m_platform->player.replaceCurrentItem(nullptr);
     m_platform->http.close();
+    m_platform->downloadHttp.close();
     // A failure may start what fails in its turn.
     for (int round = 0; round < 3; ++round) {
         QThreadPool::globalInstance()->waitForDone();
@@ -156,7 +158,8 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
     ArtworkLoader::instance().setMaker(
         [&platform] { return std::unique_ptr<ArtworkLoader>(new ArtworkLoader(platform.artworkHttp)); });
     OfflineStore::instance().setMaker([&platform] {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(platform.files, platform.queue));
+        return std::unique_ptr<OfflineStore>(
+            new OfflineStore({platform.files, platform.queue, platform.downloadHttp, APIClient::shared()}));
     });
     StationStore::instance().setMaker(
         [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
@@ -200,7 +203,7 @@ bool NavorinRadioApp::showWindow()
                      [this, &player] { m_platform->suspend.setInhibited(player.isPlaying()); });
     m_platform->queue.post([&store] { detach(store.load(false), "loading the catalogue at start"); });
     m_platform->queue.post([this, &store, &player] {
-        applyDeveloperFlags(m_options, m_platform->queue, store, player);
+        applyDeveloperFlags(m_options, m_platform->queue, store, player, OfflineStore::shared());
         open(m_options.address);
     });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, m_engine.get(),

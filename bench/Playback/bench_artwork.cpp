@@ -27,9 +27,10 @@ struct TestAccess
     {
         return std::unique_ptr<APIClient>(new APIClient(base, session));
     }
-    static std::unique_ptr<OfflineStore> offline(FileStore &files, MainQueue &queue)
+    static std::unique_ptr<OfflineStore> offline(FileStore &files, MainQueue &queue, HttpSession &session,
+                                                 const APIClient &client)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
+        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
     }
     static std::unique_ptr<RadioPlayer> player(const RadioPlayer::Surroundings &surroundings)
     {
@@ -68,7 +69,7 @@ void programmeChange(benchmark::State &state, const char *format)
     FakeMediaPlayer engine;
     FakeDesktop desktop;
     const auto client = TestAccess::client(server.url(), session);
-    const auto offline = TestAccess::offline(files, queue);
+    const auto offline = TestAccess::offline(files, queue, session, *client);
     const auto player = TestAccess::player(
         {engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands, queue, *client, *offline});
     Station station;

@@ -2,7 +2,9 @@
 // reading the same index with Qt's own JSON and asking for the same files.
 
 #include "Platform/Storage/QtFileStore.h"
+#include "Services/Backend/APIClient.h"
 #include "Services/Offline/OfflineStore.h"
+#include "Support/FakeHttpSession.h"
 #include "Support/ManualMainQueue.h"
 
 #include <QFile>
@@ -20,7 +22,9 @@ struct navorin::TestAccess
 {
     static std::unique_ptr<OfflineStore> offlineStore(FileStore &files, MainQueue &queue)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
+        static FakeHttpSession http;
+        static APIClient client(QUrl(u"https://backend.test"_s), http);
+        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, http, client}));
     }
 };
 

@@ -29,9 +29,10 @@ struct navorin::TestAccess
     {
         return std::unique_ptr<APIClient>(new APIClient(base, session));
     }
-    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue)
+    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue, HttpSession &session,
+                                                     const APIClient &client)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
+        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
     }
     static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, FakeDesktop &desktop,
                                                    MainQueue &queue, APIClient &client, OfflineStore &offline)
@@ -133,7 +134,7 @@ QByteArray tst_EqualiserInPipeline::played(const std::optional<QVariantList> &sa
     const auto output = m_folder.filePath(u"out.raw"_s);
     GstMediaPlayer engine(queue, {"filesink location="_ba + output.toUtf8()});
     auto client = TestAccess::makeClient(QUrl(u"https://backend.test"_s), http);
-    auto offline = TestAccess::makeOffline(files, queue);
+    auto offline = TestAccess::makeOffline(files, queue, http, *client);
     FakeDesktop desktop;
     auto player = TestAccess::makePlayer(engine, desktop, queue, *client, *offline);
     player->setVolume(1);

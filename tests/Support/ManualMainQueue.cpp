@@ -30,6 +30,7 @@ ManualMainQueue::~ManualMainQueue() = default;
 
 void ManualMainQueue::post(Work work)
 {
+    const std::scoped_lock lock(m_mutex);
     m_posted.push_back(std::move(work));
 }
 
@@ -62,14 +63,27 @@ QFuture<void> ManualMainQueue::sleep(std::chrono::milliseconds delay)
 void ManualMainQueue::drain()
 {
     do {
-        while (!m_posted.empty()) {
-            const auto work = std::move(m_posted.front());
-            m_posted.pop_front();
+        while (const auto work = nextPosted())
             work();
-        }
         QCoreApplication::sendPostedEvents();
         QCoreApplication::processEvents();
-    } while (!m_posted.empty());
+    } while (hasPosted());
+}
+
+MainQueue::Work ManualMainQueue::nextPosted()
+{
+    const std::scoped_lock lock(m_mutex);
+    if (m_posted.empty())
+        return {};
+    auto work = std::move(m_posted.front());
+    m_posted.pop_front();
+    return work;
+}
+
+bool ManualMainQueue::hasPosted() const
+{
+    const std::scoped_lock lock(m_mutex);
+    return !m_posted.empty();
 }
 
 void ManualMainQueue::advance(std::chrono::milliseconds duration)

@@ -3,10 +3,11 @@
 #include "Platform/Tasks/MainQueue.h"
 
 #include <list>
+#include <mutex>
 
 namespace navorin {
 
-/// A main queue whose clock stands still until a test moves it. Not for several threads.
+/// A main queue whose clock stands still until a test moves it. Work may be posted from any thread.
 class ManualMainQueue final : public MainQueue
 {
 public:
@@ -36,7 +37,11 @@ private:
     std::unique_ptr<Timer> add(std::chrono::milliseconds delay, std::chrono::milliseconds interval,
                                Work work);
 
+    [[nodiscard]] Work nextPosted();
+    [[nodiscard]] bool hasPosted() const;
+
     std::shared_ptr<std::list<Entry>> m_entries = std::make_shared<std::list<Entry>>();
+    mutable std::mutex m_mutex; ///< guards m_posted
     std::list<Work> m_posted;
     std::list<std::unique_ptr<Timer>> m_sleeps;
     std::chrono::milliseconds m_now{0};

@@ -31,7 +31,7 @@ struct TestAccess
         Keychain::instance().setMaker([this] { return std::unique_ptr<Keychain>(new Keychain(secrets)); });
         client.reset(new APIClient(QUrl(u"https://a.example"_s), http));
         auth.reset(new AuthStore(*client, queue));
-        offline.reset(new OfflineStore(files, queue));
+        offline.reset(new OfflineStore({files, queue, http, *client}));
         player.reset(new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying,
                                       desktop.remoteCommands, queue, *client, *offline}));
     }

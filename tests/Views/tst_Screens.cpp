@@ -37,8 +37,9 @@ struct navorin::TestAccess
             [&] { return std::unique_ptr<APIClient>(new APIClient(QUrl(u"http://127.0.0.1:9"_s), http)); });
         ArtworkLoader::instance().setMaker(
             [&] { return std::unique_ptr<ArtworkLoader>(new ArtworkLoader(pictures)); });
-        OfflineStore::instance().setMaker(
-            [&] { return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue)); });
+        OfflineStore::instance().setMaker([&] {
+            return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, http, APIClient::shared()}));
+        });
         StationStore::instance().setMaker(
             [] { return std::unique_ptr<StationStore>(new StationStore(APIClient::shared())); });
         Keychain::instance().setMaker([&] { return std::unique_ptr<Keychain>(new Keychain(secrets)); });
@@ -74,6 +75,11 @@ public:
     [[nodiscard]] QFuture<HttpResponse> send(HttpRequest) override
     {
         return QtFuture::makeReadyFuture(HttpResponse{404, {}, {}});
+    }
+    [[nodiscard]] QFuture<void> stream(HttpRequest, std::shared_ptr<HttpByteSink>, std::stop_token) override
+    {
+        return QtFuture::makeExceptionalFuture<void>(
+            TransportError(TransportError::Kind::CannotConnect, u"no network"_s));
     }
 };
 

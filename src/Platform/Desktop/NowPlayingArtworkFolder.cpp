@@ -70,7 +70,7 @@ bool NowPlayingArtworkFolder::store(const EncodedPicture &picture, const QString
 {
     if (m_kept.contains(file) && m_files.exists(file))
         return true;
-    return m_files.createFolder(m_path) && m_files.writeAtomically(file, picture.bytes);
+    return m_files.createFolder(m_path) && bool(m_files.writeAtomically(file, picture.bytes));
 }
 
 void NowPlayingArtworkFolder::keep(const QString &file)

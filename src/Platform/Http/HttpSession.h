@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QFuture>
 #include <QList>
 #include <QString>
@@ -8,7 +9,9 @@
 
 #include <chrono>
 #include <exception>
+#include <memory>
 #include <optional>
+#include <stop_token>
 #include <utility>
 
 namespace navorin {
@@ -52,15 +55,38 @@ private:
     QByteArray m_what;
 };
 
-/// Sends requests and reads whole answers. Usable from any thread; the returned future may be awaited on the
-/// UI thread or waited for on any other. It fails with TransportError; a bad HTTP status is an answer, not a
-/// failure. Cancelling the future ends the request.
+/// Takes a streamed answer. Its functions are called on the session's own thread, one at a time, and are
+/// waited for: they do nothing slow. What they throw ends the request, and its future fails with that.
+class HttpByteSink
+{
+public:
+    virtual ~HttpByteSink() = default;
+
+    /// Called once, with the head of the answer and before any of its bytes; redirects are over then.
+    /// `expectedLength` is how many bytes the answer announces, -1 if it does not tell.
+    virtual void begin(qint64 expectedLength) = 0;
+    virtual void receive(QByteArrayView bytes) = 0;
+};
+
+/// Sends requests and reads whole answers, or passes them on as they come. Usable from any thread; the
+/// returned future may be awaited on the UI thread or waited for on any other. It fails with TransportError;
+/// a bad HTTP status is an answer, not a failure.
 class HttpSession
 {
 public:
     virtual ~HttpSession() = default;
 
+    /// Cancelling the future ends the request.
     [[nodiscard]] virtual QFuture<HttpResponse> send(HttpRequest request) = 0;
+
+    /// Finishes when all of the answer has gone to `sink`; asks for it uncompressed, and sets no limit to its
+    /// length. `stop` ends it at any time as TransportError::Kind::Cancelled; the future itself is not to be
+    /// cancelled.
+    ///
+    /// A body shorter than announced fails as ConnectionLost: whether the server closed the connection or it
+    /// broke cannot be told apart.
+    [[nodiscard]] virtual QFuture<void> stream(HttpRequest request, std::shared_ptr<HttpByteSink> sink,
+                                               std::stop_token stop) = 0;
 };
 
 /// Answers kept on disk for as long as their own headers allow.

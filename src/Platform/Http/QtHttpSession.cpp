@@ -1,5 +1,6 @@
 #include "Platform/Http/QtHttpSession.h"
 
+#include "Platform/Http/HttpByteStream.h"
 #include "Platform/Http/HttpExchange.h"
 
 #include <QCoreApplication>
@@ -11,6 +12,7 @@
 
 #include <mutex>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace navorin {
@@ -34,6 +36,21 @@ public:
 
 } // namespace
 
+/// A request, and who waits for what of its answer.
+struct QtHttpSession::Parcel
+{
+    HttpRequest request;
+    std::variant<QPromise<HttpResponse>, HttpStreamOrder> order;
+
+    void fail()
+    {
+        if (auto *stream = std::get_if<HttpStreamOrder>(&order))
+            failPromise(stream->promise, endedSession());
+        else
+            failPromise(std::get<QPromise<HttpResponse>>(order), endedSession());
+    }
+};
+
 /// What of the session lives on the network thread. Requests come in through a locked mailbox, so that the
 /// hand-over between the threads is in plain sight.
 class QtHttpSession::Worker final : public QObject
@@ -46,15 +63,15 @@ public:
     ~Worker() override
     {
         for (auto &parcel : takeMail())
-            HttpExchange::fail(parcel.promise, TransportError::Kind::Cancelled, u"the session ended"_s);
+            parcel.fail();
     }
 
     /// From any thread.
-    void send(HttpRequest request, QPromise<HttpResponse> promise)
+    void post(Parcel parcel)
     {
         {
             const std::scoped_lock lock(m_mutex);
-            m_mail.push_back({std::move(request), std::move(promise)});
+            m_mail.push_back(std::move(parcel));
         }
         QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     }
@@ -64,20 +81,21 @@ protected:
     {
         if (event->type() != QEvent::User)
             return QObject::event(event);
-        for (auto &[request, promise] : takeMail()) {
-            auto *exchange = new HttpExchange(std::move(request), std::move(promise), network(),
-                                              m_configuration, &m_exchanges);
-            exchange->start();
-        }
+        for (auto &parcel : takeMail())
+            transferOf(std::move(parcel))->start();
         return true;
     }
 
 private:
-    struct Parcel
+    HttpTransfer *transferOf(Parcel parcel)
     {
-        HttpRequest request;
-        QPromise<HttpResponse> promise;
-    };
+        if (auto *stream = std::get_if<HttpStreamOrder>(&parcel.order))
+            return new HttpByteStream(std::move(parcel.request), std::move(*stream), network(),
+                                      m_configuration, &m_transfers);
+        return new HttpExchange(std::move(parcel.request),
+                                std::get<QPromise<HttpResponse>>(std::move(parcel.order)), network(),
+                                m_configuration, &m_transfers);
+    }
 
     std::vector<Parcel> takeMail()
     {
@@ -104,7 +122,7 @@ private:
     std::mutex m_mutex;
     std::vector<Parcel> m_mail;
     std::unique_ptr<QNetworkAccessManager> m_network;
-    QObject m_exchanges{this}; ///< parent of all that are under way; goes before the network
+    QObject m_transfers{this}; ///< parent of all that are under way; goes before the network
 };
 
 QtHttpSession::QtHttpSession(HttpSessionConfiguration configuration)
@@ -136,12 +154,27 @@ QFuture<HttpResponse> QtHttpSession::send(HttpRequest request)
     QPromise<HttpResponse> promise;
     promise.start();
     auto future = promise.future();
+    post({std::move(request), std::move(promise)});
+    return future;
+}
+
+QFuture<void> QtHttpSession::stream(HttpRequest request, std::shared_ptr<HttpByteSink> sink,
+                                    std::stop_token stop)
+{
+    QPromise<void> promise;
+    promise.start();
+    auto future = promise.future();
+    post({std::move(request), HttpStreamOrder{std::move(sink), std::move(stop), std::move(promise)}});
+    return future;
+}
+
+void QtHttpSession::post(Parcel parcel)
+{
     const std::scoped_lock lock(m_mutex);
     if (m_worker)
-        m_worker->send(std::move(request), std::move(promise));
+        m_worker->post(std::move(parcel));
     else
-        HttpExchange::fail(promise, TransportError::Kind::Cancelled, u"the session is closed"_s);
-    return future;
+        parcel.fail();
 }
 
 } // namespace navorin

@@ -12,7 +12,7 @@ namespace navorin {
 /// something less safe. Nothing is sent twice behind the caller's back that may not be, and no cookie is
 /// kept.
 ///
-/// Destroying it closes it. No thread may be inside `send` then.
+/// Destroying it closes it. No thread may be inside `send` or `stream` then.
 class QtHttpSession final : public HttpSession
 {
 public:
@@ -20,6 +20,8 @@ public:
     ~QtHttpSession() override;
 
     [[nodiscard]] QFuture<HttpResponse> send(HttpRequest request) override;
+    [[nodiscard]] QFuture<void> stream(HttpRequest request, std::shared_ptr<HttpByteSink> sink,
+                                       std::stop_token stop) override;
 
     /// Ends what is under way: those futures, and all later ones, fail with TransportError::Kind::Cancelled.
     /// Any thread but the session's own.
@@ -27,6 +29,9 @@ public:
 
 private:
     class Worker;
+    struct Parcel;
+
+    void post(Parcel parcel);
 
     QThread m_thread;
     std::mutex m_mutex; ///< guards m_worker

@@ -2,9 +2,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QStandardPaths>
 
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace navorin {
@@ -23,6 +27,68 @@ QString userDataFolder()
     if (!named && qEnvironmentVariableIsEmpty("HOME"))
         return {};
     return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+}
+
+/// A file that has no name yet: should we end before it gets one, nothing is left of it.
+class NamelessFile
+{
+public:
+    explicit NamelessFile(const QString &folder)
+        : m_descriptor(::open(QFile::encodeName(folder).constData(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666))
+    {
+    }
+    ~NamelessFile()
+    {
+        if (isOpen())
+            ::close(m_descriptor);
+    }
+    NamelessFile(const NamelessFile &) = delete;
+    NamelessFile &operator=(const NamelessFile &) = delete;
+
+    [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
+    [[nodiscard]] bool write(QByteArrayView data) const
+    {
+        while (!data.isEmpty()) {
+            const auto count = ::write(m_descriptor, data.data(), std::size_t(data.size()));
+            if (count < 0 && errno != EINTR)
+                return false;
+            data = data.sliced(std::max<qsizetype>(count, 0));
+        }
+        return ::fsync(m_descriptor) == 0;
+    }
+    [[nodiscard]] bool giveName(const QString &path) const
+    {
+        const QByteArray self = "/proc/self/fd/"_ba + QByteArray::number(m_descriptor);
+        return ::linkat(AT_FDCWD, self.constData(), AT_FDCWD, QFile::encodeName(path).constData(),
+                        AT_SYMLINK_FOLLOW) == 0;
+    }
+
+private:
+    const int m_descriptor;
+};
+
+/// Absent if the file system knows no files without names, or if there is a file at `path` already.
+std::optional<FileResult> writeNew(const QString &path, const QByteArray &data)
+{
+    const NamelessFile file(QFileInfo(path).path());
+    if (!file.isOpen())
+        return {};
+    if (!file.write(data))
+        return FileResult::ofError(errno);
+    return file.giveName(path) ? std::optional(FileResult()) : std::nullopt;
+}
+
+FileResult replace(const QString &path, const QByteArray &data)
+{
+    QSaveFile file(path);
+    file.setDirectWriteFallback(false);
+    errno = 0; // Qt does not hand on all that the system says
+    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
+        return FileResult::ofError(errno);
+    // commit() flushes too, but takes no notice of a failure.
+    if (!file.flush() || ::fsync(file.handle()) != 0 || !file.commit())
+        return FileResult::ofError(errno);
+    return {};
 }
 
 } // namespace
@@ -50,8 +116,8 @@ bool QtFileStore::excludeFromBackup(const QString &folder)
     const auto present = read(tag);
     if (present && present->startsWith(cacheSignature))
         return true;
-    return writeAtomically(tag,
-                           cacheSignature + "\n# Music kept by Navorin; it can be downloaded again.\n"_ba);
+    return bool(
+        writeAtomically(tag, cacheSignature + "\n# Music kept by Navorin; it can be downloaded again.\n"_ba));
 }
 
 bool QtFileStore::exists(const QString &path) const
@@ -70,14 +136,13 @@ std::optional<QByteArray> QtFileStore::read(const QString &path) const
     return data;
 }
 
-bool QtFileStore::writeAtomically(const QString &path, const QByteArray &data)
+FileResult QtFileStore::writeAtomically(const QString &path, const QByteArray &data)
 {
-    QSaveFile file(path);
-    file.setDirectWriteFallback(false);
-    if (!file.open(QIODevice::WriteOnly) || file.write(data) != data.size())
-        return false;
-    // commit() flushes too, but takes no notice of a failure.
-    return file.flush() && ::fsync(file.handle()) == 0 && file.commit();
+    if (!exists(path)) {
+        if (const auto result = writeNew(path, data))
+            return *result;
+    }
+    return replace(path, data);
 }
 
 bool QtFileStore::move(const QString &from, const QString &to)

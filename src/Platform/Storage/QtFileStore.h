@@ -15,7 +15,7 @@ public:
     bool excludeFromBackup(const QString &folder) override;
     [[nodiscard]] bool exists(const QString &path) const override;
     [[nodiscard]] std::optional<QByteArray> read(const QString &path) const override;
-    bool writeAtomically(const QString &path, const QByteArray &data) override;
+    FileResult writeAtomically(const QString &path, const QByteArray &data) override;
     bool move(const QString &from, const QString &to) override;
     bool remove(const QString &path) override;
 

@@ -3,6 +3,7 @@
 #include "Platform/Http/HttpSession.h"
 
 #include <array>
+#include <new>
 
 namespace navorin {
 
@@ -54,6 +55,8 @@ QString errorDescription(const std::exception &error)
         return transport->description();
     if (dynamic_cast<const DecodingError *>(&error))
         return DecodingError::description();
+    if (dynamic_cast<const std::bad_alloc *>(&error))
+        return u"حافظه کافی نیست."_s;
     return u"مشکلی پیش آمد. دوباره تلاش کنید."_s;
 }
 

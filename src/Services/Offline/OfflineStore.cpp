@@ -39,11 +39,14 @@ OfflineStore &OfflineStore::shared()
     return instance().get();
 }
 
-OfflineStore::OfflineStore(FileStore &files, MainQueue &mainQueue)
-    : m_files(files)
-    , m_mainQueue(mainQueue)
-    , m_folder(files.applicationSupportFolder() + u"/OfflineTracks"_s)
-    , m_indexPath(files.applicationSupportFolder() + u"/offline_index.json"_s)
+OfflineStore::OfflineStore(Surroundings surroundings)
+    : m_files(surroundings.files)
+    , m_mainQueue(surroundings.mainQueue)
+    , m_session(surroundings.session)
+    , m_client(surroundings.client)
+    , m_now(std::move(surroundings.now))
+    , m_folder(m_files.applicationSupportFolder() + u"/OfflineTracks"_s)
+    , m_indexPath(m_files.applicationSupportFolder() + u"/offline_index.json"_s)
 {
     m_pool.setThreadPriority(QThread::LowPriority);
     m_files.createFolder(m_folder);
@@ -53,6 +56,7 @@ OfflineStore::OfflineStore(FileStore &files, MainQueue &mainQueue)
 
 OfflineStore::~OfflineStore()
 {
+    endDownloads();
     m_pool.waitForDone();
 }
 
@@ -216,10 +220,22 @@ std::optional<OfflineTrackEntry> OfflineStore::repaired(const OfflineTrackEntry 
 
 void OfflineStore::persistIndex()
 {
-    inBackground([this, entries = indexedEntries()]() mutable {
-        sortNewestFirst(entries);
-        m_files.writeAtomically(m_indexPath, encodedIndex(entries));
-    });
+    QMutexLocker locker(&m_lock);
+    const auto entries = m_indexByKey.values();
+    const auto number = ++m_lastSave;
+    locker.unlock();
+    inBackground([this, entries, number] { save(entries, number); });
+}
+
+void OfflineStore::save(QList<OfflineTrackEntry> entries, quint64 number)
+{
+    sortNewestFirst(entries);
+    const auto json = encodedIndex(entries);
+    const QMutexLocker locker(&m_saveLock);
+    if (number < m_newestSaved)
+        return;
+    m_newestSaved = number;
+    m_files.writeAtomically(m_indexPath, json);
 }
 
 void OfflineStore::inBackground(std::function<void()> work)
@@ -236,12 +252,17 @@ void OfflineStore::inBackground(std::function<void()> work)
     });
 }
 
+void OfflineStore::postToSelf(std::function<void()> work)
+{
+    m_mainQueue.post([store = QPointer(this), work = std::move(work)] {
+        if (store)
+            work();
+    });
+}
+
 void OfflineStore::publishEntriesLater()
 {
-    m_mainQueue.post([store = QPointer(this)] {
-        if (store)
-            store->publishEntries();
-    });
+    postToSelf([this] { publishEntries(); });
 }
 
 void OfflineStore::publishEntries()

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Models/Station.h"
+#include "Platform/Http/HttpSession.h"
 #include "Platform/Storage/FileStore.h"
 #include "Platform/Tasks/MainQueue.h"
+#include "Services/Offline/OfflineDownload.h"
 #include "Services/Offline/OfflineTrackEntry.h"
 #include "Services/SharedInstance.h"
 
@@ -12,12 +14,16 @@
 #include <QQueue>
 #include <QThreadPool>
 #include <QUrl>
+#include <QWaitCondition>
 
+#include <exception>
 #include <functional>
+#include <memory>
 #include <optional>
 
 namespace navorin {
 
+class APIClient;
 class NavorinRadioApp;
 struct TestAccess;
 
@@ -34,13 +40,24 @@ class OfflineStore final : public QObject
 {
     Q_OBJECT
     Q_PROPERTY(QList<navorin::OfflineTrackEntry> entries READ entries NOTIFY entriesChanged)
-    Q_PROPERTY(QHash<QString, double> activeProgress READ activeProgress NOTIFY activeProgressChanged)
-    Q_PROPERTY(QHash<QString, navorin::PlaylistTrack> pendingMeta READ pendingMeta NOTIFY pendingMetaChanged)
 
 public:
+    /// What the store works with; all of it outlives the store.
+    struct Surroundings
+    {
+        FileStore &files;
+        MainQueue &mainQueue;
+        HttpSession &session;
+        const APIClient &client;
+        SteadyClock now = &std::chrono::steady_clock::now;
+    };
+
     [[nodiscard]] static OfflineStore &shared();
-    /// Waits for the saves and removals that are under way.
+    /// Gives up the downloads, and waits for the saves and removals that are under way.
     ~OfflineStore() override;
+
+    /// For the session that fetches audio: patient with a slow network, but not for ever.
+    [[nodiscard]] static HttpSessionConfiguration sessionConfiguration();
 
     /// The library, newest first: a copy for the screens, which may lag behind the index for a moment.
     [[nodiscard]] const QList<OfflineTrackEntry> &entries() const { return m_entries; }
@@ -93,13 +110,16 @@ private:
     friend struct TestAccess;
 
     /// Reads the index at once, so that the first screen knows what is downloaded.
-    OfflineStore(FileStore &files, MainQueue &mainQueue);
+    explicit OfflineStore(Surroundings surroundings);
     static SharedInstance<OfflineStore> &instance();
 
     void loadIndex();
-    /// Saves a copy of the index as it is now, on another thread. Nothing orders two saves.
+    /// Saves a copy of the index as it is now, on another thread. An older copy never replaces a newer one.
     void persistIndex();
+    void save(QList<OfflineTrackEntry> entries, quint64 number);
     void inBackground(std::function<void()> work);
+    /// Runs `work` on the UI thread, later, if the store still lives then. Any thread.
+    void postToSelf(std::function<void()> work);
     void publishEntries();
     void publishEntriesLater();
     void removeFiles(const OfflineTrackEntry &entry);
@@ -110,8 +130,26 @@ private:
     [[nodiscard]] std::optional<QString> pathOf(const QString &fileName) const;
     [[nodiscard]] bool fileExists(const QString &fileName) const;
 
+    void startDownload(const std::shared_ptr<OfflineDownload> &download);
+    /// Streams to `sink` and then runs `next` on a thread of the pool, with null if all went well.
+    void fetch(const QUrl &address, std::shared_ptr<HttpByteSink> sink, std::stop_token stop,
+               std::function<void(std::exception_ptr)> next);
+    void keepAudio(OfflineDownload &download, const std::exception_ptr &error);
+    void fetchArtwork(const std::stop_token &stop, OfflineTrackEntry entry);
+    [[nodiscard]] std::optional<QString> keepArtwork(const QByteArray &bytes);
+    void finish(OfflineTrackEntry entry);
+    void finishFailed(const QString &key, const std::optional<QString> &error);
+    void endDownload();
+    void endDownloads();
+    void setProgress(const QString &key, double progress);
+    void unpublish(const QString &key);
+    void setLastError(const std::optional<QString> &error);
+
     FileStore &m_files;
     MainQueue &m_mainQueue;
+    HttpSession &m_session;
+    const APIClient &m_client;
+    const SteadyClock m_now;
     const QString m_folder;
     const QString m_indexPath;
     QList<OfflineTrackEntry> m_entries;
@@ -119,9 +157,15 @@ private:
     QHash<QString, PlaylistTrack> m_pendingMeta;
     std::optional<QString> m_lastError;
 
-    mutable QMutex m_lock;                          ///< guards m_indexByKey
+    mutable QMutex m_lock;                          ///< guards all up to the next lock
     QHash<QString, OfflineTrackEntry> m_indexByKey; ///< the truth; m_entries is its sorted copy
-    QMutex m_workLock;                              ///< guards m_work
+    QHash<QString, std::shared_ptr<OfflineDownload>> m_downloads;
+    quint64 m_lastSave = 0;
+    int m_runningDownloads = 0;
+    QWaitCondition m_downloadEnded;
+    QMutex m_saveLock; ///< guards the index file and m_newestSaved
+    quint64 m_newestSaved = 0;
+    QMutex m_workLock; ///< guards m_work
     QQueue<std::function<void()>> m_work;
     QThreadPool m_pool;
 };

@@ -42,26 +42,33 @@ Column {
             opacity: 0.4
         }
     }
-    NText {
+    Column {
         anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(empty.width, implicitWidth)
-        visible: text !== ""
-        text: empty.title
-        role: Theme.section
-        Accessible.role: Accessible.Heading
-        Accessible.name: text
-    }
-    NText {
-        anchors.horizontalCenter: parent.horizontalCenter
-        width: Math.min(empty.width, implicitWidth)
-        text: empty.message
-        role: Theme.caption
-        color: Theme.white(0.6)
-        horizontalAlignment: Text.AlignHCenter
-        wrapMode: Text.Wrap
-        maximumLineCount: 6
-        Accessible.role: Accessible.AlertMessage
-        Accessible.name: text
+        width: empty.width
+        spacing: 6
+
+        NText {
+            width: parent.width
+            visible: text !== ""
+            text: empty.title
+            role: Theme.section
+            color: Theme.white(0.85)
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            Accessible.role: Accessible.Heading
+            Accessible.name: text
+        }
+        NText {
+            width: parent.width
+            text: empty.message
+            role: Theme.caption
+            color: Theme.white(0.6)
+            horizontalAlignment: Text.AlignHCenter
+            wrapMode: Text.Wrap
+            maximumLineCount: 6
+            Accessible.role: Accessible.AlertMessage
+            Accessible.name: text
+        }
     }
     Item {
         id: below

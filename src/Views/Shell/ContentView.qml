@@ -34,6 +34,10 @@ FocusScope {
         id: searchView
         SoundCloudSearchView {}
     }
+    Component {
+        id: offlineView
+        OfflineLibraryView {}
+    }
     // Made at the first visit: the start does not pay for it.
     Loader {
         anchors.fill: parent
@@ -47,6 +51,7 @@ FocusScope {
             focus: true
             initialItem: LibraryView {
                 margin: libraryStack.margin
+                offlineScreen: offlineView
                 focus: true
                 onScreenRequested: (screen, properties) => libraryStack.open(screen, properties)
             }

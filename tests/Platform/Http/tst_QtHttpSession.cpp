@@ -2,6 +2,7 @@
 #include "Platform/Http/QtHttpSession.h"
 #include "Support/ScriptedHttpServer.h"
 
+#include <QSemaphore>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -31,7 +32,8 @@ HttpRequest to(const QUrl &url, const QByteArray &method = "GET"_ba, const QByte
     return request;
 }
 
-std::optional<Kind> failureOf(QFuture<HttpResponse> answer)
+template <typename T>
+std::optional<Kind> failureOf(QFuture<T> answer)
 {
     try {
         answer.waitForFinished();
@@ -40,6 +42,30 @@ std::optional<Kind> failureOf(QFuture<HttpResponse> answer)
         return error.kind();
     }
 }
+
+class Collector final : public HttpByteSink
+{
+public:
+    explicit Collector(bool refuses = false)
+        : m_refuses(refuses)
+    {
+    }
+    void begin(qint64 expectedLength) override
+    {
+        beginnings.append(expectedLength);
+        if (m_refuses)
+            throw TransportError(Kind::Insecure, u"the sink's own"_s);
+        begun.release();
+    }
+    void receive(QByteArrayView bytes) override { received.append(bytes); }
+
+    QList<qint64> beginnings;
+    QByteArray received;
+    QSemaphore begun;
+
+private:
+    bool m_refuses;
+};
 
 } // namespace
 
@@ -52,6 +78,8 @@ private Q_SLOTS:
     void answersOfEveryStatus();
     void redirections();
     void endings();
+    void streams();
+    void streamsThatAreStopped();
     void servesManyThreads();
     void keepsAnswersOnlyOnRequest();
     void goesThroughTheUsersProxy();
@@ -171,6 +199,82 @@ void tst_QtHttpSession::endings()
     answers.append(session.send(to(server.url(u"/"_s)))); // too late
     for (const auto &answer : answers)
         QCOMPARE(answer.isFinished() ? failureOf(answer) : std::nullopt, Kind::Cancelled);
+}
+
+void tst_QtHttpSession::streams()
+{
+    struct Row
+    {
+        ScriptedAnswer answer;
+        std::optional<Kind> failure;
+        QList<qint64> beginnings;
+        QByteArray received;
+    };
+    const QByteArray song(3 << 20, 's');
+    const Row rows[]{
+        {{.body = song}, {}, {song.size()}, song},
+        {{302, "moved", {{"Location"_ba, "/1"_ba}}}, {}, {song.size()}, song},
+        {{404, "an error page"_ba}, {}, {13}, "an error page"_ba},
+        {{}, {}, {0}, {}},
+        {{.raw = "HTTP/1.0 200 OK\r\n\r\nlive"_ba}, {}, {-1}, "live"_ba},
+        {{.raw = "HTTP/1.1 200 OK\r\nContent-Length: 99999999999999999999\r\n\r\nlive"_ba},
+         {},
+         {-1},
+         "live"_ba},
+        {{.raw = "HTTP/1.1 200 OK\r\nContent-Length: 9\r\nTransfer-Encoding: chunked\r\n\r\n"
+                 "4\r\nlive\r\n0\r\n\r\n"_ba},
+         {},
+         {-1},
+         "live"_ba},
+        {{.raw = "HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nlonger"_ba}, {}, {4}, "long"_ba},
+        {{.body = song, .ending = Ending::Cut}, Kind::ConnectionLost, {song.size()}, {}},
+        {{.body = song, .ending = Ending::Stall}, Kind::TimedOut, {song.size()}, {}},
+        {{.ending = Ending::Hangup}, Kind::ConnectionLost, {}, {}},
+    };
+    ScriptedHttpServer server;
+    QtHttpSession session({.timeoutForRequest = 1s});
+    for (int i = 0; const auto &row : rows) {
+        const QByteArray target = '/' + QByteArray::number(++i);
+        server.script(target, row.answer);
+        const auto sink = std::make_shared<Collector>();
+        const auto url = server.url(QString::fromLatin1(target));
+        QCOMPARE(failureOf(session.stream(to(url), sink, {})), row.failure);
+        QCOMPARE(sink->beginnings, row.beginnings);
+        QVERIFY2(row.failure || sink->received == row.received, target.constData());
+    }
+    QCOMPARE(server.requests().first().headers.value("accept-encoding"_ba), "identity"_ba);
+
+    const auto refusing = std::make_shared<Collector>(true);
+    QCOMPARE(failureOf(session.stream(to(server.url(u"/1"_s)), refusing, {})), Kind::Insecure);
+    QVERIFY(refusing->received.isEmpty());
+}
+
+void tst_QtHttpSession::streamsThatAreStopped()
+{
+    ScriptedHttpServer server;
+    server.script("/silent"_ba, {.delay = 60s});
+    server.script("/stalls"_ba, {.body = "0123456789"_ba, .ending = Ending::Stall});
+    QtHttpSession session;
+    std::stop_source stop;
+    const auto before =
+        session.stream(to(server.url(u"/silent"_s)), std::make_shared<Collector>(), stop.get_token());
+    const auto sink = std::make_shared<Collector>();
+    const auto during = session.stream(to(server.url(u"/stalls"_s)), sink, stop.get_token());
+    QTRY_COMPARE(server.requests().size(), 2);
+    QVERIFY(sink->begun.tryAcquire(1, 10'000));
+    stop.request_stop();
+    QCOMPARE(failureOf(before), Kind::Cancelled);
+    QCOMPARE(failureOf(during), Kind::Cancelled);
+    QTRY_COMPARE(server.openConnections(), 0);
+    const auto after =
+        session.stream(to(server.url(u"/silent"_s)), std::make_shared<Collector>(), stop.get_token());
+    QCOMPARE(failureOf(after), Kind::Cancelled);
+
+    const auto closed = session.stream(to(server.url(u"/silent"_s)), std::make_shared<Collector>(), {});
+    session.close();
+    const auto late = session.stream(to(server.url(u"/silent"_s)), std::make_shared<Collector>(), {});
+    QCOMPARE(failureOf(closed), Kind::Cancelled);
+    QCOMPARE(failureOf(late), Kind::Cancelled);
 }
 
 void tst_QtHttpSession::servesManyThreads()

@@ -12,6 +12,7 @@
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
+using Failure = FileResult::Failure;
 
 class tst_FileStore : public QObject
 {
@@ -44,7 +45,7 @@ void tst_FileStore::persianNamesInTheDataFolder()
     QVERIFY(m_files.remove(to) && !m_files.remove(to));
     QVERIFY(m_files.move(from, to) && !m_files.exists(from));
     QCOMPARE(m_files.read(to), "\0new"_ba);
-    QVERIFY(!m_files.writeAtomically(folder + u"/missing/file"_s, "x"_ba));
+    QCOMPARE(m_files.writeAtomically(folder + u"/missing/file"_s, "x"_ba).failure, Failure::NoFolder);
 }
 
 void tst_FileStore::fullDiskLeavesTheOldFile()
@@ -58,7 +59,8 @@ void tst_FileStore::fullDiskLeavesTheOldFile()
     const rlimit limited{.rlim_cur = 4096, .rlim_max = previous.rlim_max};
     setrlimit(RLIMIT_FSIZE, &limited);
     for (const auto size : {4097, 1 << 20})
-        QVERIFY(!m_files.writeAtomically(path(u"full/index"_s), QByteArray(size, 'x')));
+        QCOMPARE(m_files.writeAtomically(path(u"full/index"_s), QByteArray(size, 'x')).failure,
+                 Failure::NoSpace);
     QCOMPARE(m_files.read(path(u"full/index"_s)), "old"_ba);
     QCOMPARE(QDir(path(u"full"_s)).entryList(QDir::Files | QDir::Hidden), QStringList{u"index"_s});
 }
@@ -78,7 +80,7 @@ void tst_FileStore::readOnlyFolderLeavesTheOldFile()
     const bool superuser = geteuid() == 0;
     QVERIFY(!superuser || seteuid(65534) == 0);
     const auto restore = qScopeGuard([=] { static_cast<void>(superuser && seteuid(0)); });
-    QVERIFY(!m_files.writeAtomically(folder + u"/index"_s, "new"_ba));
+    QCOMPARE(m_files.writeAtomically(folder + u"/index"_s, "new"_ba).failure, Failure::NotPermitted);
     QVERIFY(!m_files.move(folder + u"/index"_s, folder + u"/other"_s));
     QVERIFY(!m_files.remove(folder + u"/index"_s) && !m_files.createFolder(folder + u"/sub"_s));
     QVERIFY(!m_files.excludeFromBackup(folder));

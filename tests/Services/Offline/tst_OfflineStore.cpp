@@ -1,6 +1,8 @@
 #include "Platform/Storage/QtFileStore.h"
+#include "Services/Backend/APIClient.h"
 #include "Services/Offline/AudioExtension.h"
 #include "Services/Offline/OfflineStore.h"
+#include "Support/FakeHttpSession.h"
 #include "Support/ManualMainQueue.h"
 
 #include <QDir>
@@ -17,7 +19,9 @@ struct navorin::TestAccess
 {
     static std::unique_ptr<OfflineStore> offlineStore(FileStore &files, MainQueue &queue)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
+        static FakeHttpSession http;
+        static APIClient client(QUrl(u"https://backend.test"_s), http);
+        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, http, client}));
     }
 };
 

@@ -23,9 +23,10 @@ struct TestAccess
     {
         return std::unique_ptr<APIClient>(new APIClient(base, session));
     }
-    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue)
+    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue, HttpSession &session,
+                                                     const APIClient &client)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
+        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
     }
     static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, FakeDesktop &desktop,
                                                    MainQueue &queue, APIClient &client, OfflineStore &offline)
@@ -80,7 +81,7 @@ protected:
     void makePlayer()
     {
         m_player.reset();
-        m_offline = TestAccess::makeOffline(*m_files, *m_queue);
+        m_offline = TestAccess::makeOffline(*m_files, *m_queue, *m_http, *m_client);
         m_player = TestAccess::makePlayer(*m_engine, *m_desktop, *m_queue, *m_client, *m_offline);
     }
     /// Coroutines that still wait end before what they use goes.
