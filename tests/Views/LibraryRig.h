@@ -38,9 +38,10 @@ struct TestAccess
     {
         return std::unique_ptr<AuthStore>(new AuthStore(client, queue));
     }
-    static std::unique_ptr<OfflineStore> offline(FileStore &files, MainQueue &queue)
+    static std::unique_ptr<OfflineStore> offline(FileStore &files, MainQueue &queue, HttpSession &session,
+                                                 const APIClient &client)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(files, queue));
+        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
     }
     static std::unique_ptr<RadioPlayer> player(MediaPlayer &engine, FakeDesktop &desktop, MainQueue &queue,
                                                APIClient &client, OfflineStore &offline)
@@ -60,7 +61,7 @@ public:
         TestAccess::installKeychain(m_secrets);
         client = TestAccess::client(http);
         auth = TestAccess::auth(*client, queue);
-        m_offline = TestAccess::offline(m_files, queue);
+        m_offline = TestAccess::offline(m_files, queue, http, *client);
         m_playersClient = TestAccess::client(m_playersHttp);
         player = TestAccess::player(engine, m_desktop, queue, *m_playersClient, *m_offline);
     }

@@ -79,7 +79,7 @@ public:
     [[nodiscard]] QFuture<void> stream(HttpRequest, std::shared_ptr<HttpByteSink>, std::stop_token) override
     {
         return QtFuture::makeExceptionalFuture<void>(
-            TransportError(TransportError::Kind::CannotConnect, u"no network"_s));
+            std::make_exception_ptr(TransportError(TransportError::Kind::CannotConnect, u"no network"_s)));
     }
 };
 

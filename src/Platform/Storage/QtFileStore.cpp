@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -67,18 +68,27 @@ private:
     const int m_descriptor;
 };
 
-/// Absent if the file system knows no files without names, or if there is a file at `path` already.
-std::optional<FileResult> writeNew(const QString &path, const QByteArray &data)
+/// Absent if this cannot be done here, as on file systems that know no files without names.
+std::optional<FileResult> writeNameless(const QString &path, const QByteArray &data)
 {
     const NamelessFile file(QFileInfo(path).path());
     if (!file.isOpen())
         return {};
     if (!file.write(data))
         return FileResult::ofError(errno);
-    return file.giveName(path) ? std::optional(FileResult()) : std::nullopt;
+    if (file.giveName(path))
+        return FileResult();
+    // A name cannot be taken from another file. At worst this one is left over, and goes the next time.
+    const QString next = path + u".new"_s;
+    const auto nextName = QFile::encodeName(next);
+    ::unlink(nextName.constData());
+    if (file.giveName(next) && ::rename(nextName.constData(), QFile::encodeName(path).constData()) == 0)
+        return FileResult();
+    ::unlink(nextName.constData());
+    return {};
 }
 
-FileResult replace(const QString &path, const QByteArray &data)
+FileResult writeBeside(const QString &path, const QByteArray &data)
 {
     QSaveFile file(path);
     file.setDirectWriteFallback(false);
@@ -138,11 +148,8 @@ std::optional<QByteArray> QtFileStore::read(const QString &path) const
 
 FileResult QtFileStore::writeAtomically(const QString &path, const QByteArray &data)
 {
-    if (!exists(path)) {
-        if (const auto result = writeNew(path, data))
-            return *result;
-    }
-    return replace(path, data);
+    const auto result = writeNameless(path, data);
+    return result ? *result : writeBeside(path, data);
 }
 
 bool QtFileStore::move(const QString &from, const QString &to)

@@ -11,7 +11,7 @@ namespace navorin {
 
 namespace {
 
-OfflineEntryRow rowOf(const OfflineTrackEntry &entry, const OfflineStore &store)
+ListRow rowOf(const OfflineTrackEntry &entry, const OfflineStore &store)
 {
     return {entry.key, shownText(entry.title), shownText(entry.artist),
             entry.artworkFileName ? store.artworkURLString(*entry.artworkFileName)
@@ -74,6 +74,11 @@ void OfflineLibraryView::play(int row)
         Qt::QueuedConnection);
 }
 
+QString OfflineLibraryView::keyAt(int row) const
+{
+    return m_entries.rows().at(row).key;
+}
+
 void OfflineLibraryView::remove(const QString &key)
 {
     const auto entries = m_store.entries();
@@ -98,7 +103,7 @@ void OfflineLibraryView::cancel(const QString &key)
 void OfflineLibraryView::showEntries()
 {
     const auto &entries = m_store.entries();
-    QList<OfflineEntryRow> rows;
+    QList<ListRow> rows;
     rows.reserve(entries.size());
     for (const auto &entry : entries)
         rows.append(rowOf(entry, m_store));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Views/Offline/OfflineRows.h"
+#include "Views/Shared/RowListModel.h"
 
 #include <QObject>
 #include <QtQml/qqmlregistration.h>
@@ -21,7 +22,8 @@ class OfflineLibraryView : public QObject
     Q_PROPERTY(QString summary READ summary NOTIFY libraryChanged)
     /// The mini player lies over the end of the list.
     Q_PROPERTY(bool hasStation READ hasStation NOTIFY hasStationChanged)
-    Q_PROPERTY(navorin::OfflineEntryModel *entries READ entries CONSTANT)
+    /// The kept tracks, newest first: title, artist and duration.
+    Q_PROPERTY(navorin::RowListModel *entries READ entries CONSTANT)
     Q_PROPERTY(navorin::OfflineDownloadModel *downloads READ downloads CONSTANT)
 public:
     explicit OfflineLibraryView(QObject *parent = nullptr);
@@ -31,12 +33,14 @@ public:
     [[nodiscard]] bool hasEntries() const;
     [[nodiscard]] QString summary() const;
     [[nodiscard]] bool hasStation() const;
-    [[nodiscard]] OfflineEntryModel *entries() { return &m_entries; }
+    [[nodiscard]] RowListModel *entries() { return &m_entries; }
     [[nodiscard]] OfflineDownloadModel *downloads() { return &m_downloads; }
 
     /// Plays the whole library from the place `row`. The library plays oldest first while the rows are newest
     /// first: with several tracks it is another one that begins, but for the row in the middle.
     Q_INVOKABLE void play(int row);
+    /// What `remove` needs to know of a row, which may move meanwhile.
+    Q_INVOKABLE QString keyAt(int row) const;
     Q_INVOKABLE void remove(const QString &key);
     Q_INVOKABLE void removeAll();
     Q_INVOKABLE void cancel(const QString &key);
@@ -51,7 +55,7 @@ private:
 
     OfflineStore &m_store;
     RadioPlayer &m_player;
-    OfflineEntryModel m_entries;
+    RowListModel m_entries;
     OfflineDownloadModel m_downloads;
 };
 

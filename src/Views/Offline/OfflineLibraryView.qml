@@ -92,11 +92,10 @@ ScreenPage {
             id: cell
 
             required property int index
-            required property string key
             required property string title
-            required property string artist
+            required property string line
             required property string artworkAddress
-            required property string duration
+            required property string note
 
             width: list.width
             height: 64
@@ -106,15 +105,15 @@ ScreenPage {
                 focus: true
                 number: cell.index + 1
                 title: cell.title
-                artist: cell.artist
+                artist: cell.line
                 artworkAddress: cell.artworkAddress
-                duration: cell.duration
+                duration: cell.note
                 onClicked: {
                     list.currentIndex = cell.index
                     screen.library.play(cell.index)
                 }
                 onMenuRequested: {
-                    menu.key = cell.key
+                    menu.key = screen.library.keyAt(cell.index)
                     menu.popup()
                 }
             }

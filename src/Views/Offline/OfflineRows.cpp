@@ -2,48 +2,43 @@
 
 #include "Views/Shared/ShownText.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
 
-QVariant OfflineEntryModel::data(const QModelIndex &index, int role) const
+void OfflineDownloadModel::setRows(const QList<OfflineDownloadRow> &fresh)
 {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
-        return {};
-    const auto &row = rows().at(index.row());
-    switch (role) {
-    case KeyRole:
-        return row.key;
-    case TitleRole:
-    case Qt::DisplayRole:
-        return row.title;
-    case ArtistRole:
-        return row.artist;
-    case ArtworkRole:
-        return row.artworkAddress;
-    case DurationRole:
-        return row.duration;
-    default:
-        return {};
+    qsizetype row = 0;
+    while (row < m_rows.size()) {
+        if (row < fresh.size() && m_rows.at(row).key == fresh.at(row).key) {
+            if (std::exchange(m_rows[row], fresh.at(row)) != fresh.at(row))
+                Q_EMIT dataChanged(index(int(row)), index(int(row)));
+            ++row;
+            continue;
+        }
+        beginRemoveRows({}, int(row), int(row));
+        m_rows.removeAt(row);
+        endRemoveRows();
     }
+    if (row == fresh.size())
+        return;
+    beginInsertRows({}, int(row), int(fresh.size() - 1));
+    m_rows.append(fresh.sliced(row));
+    endInsertRows();
 }
 
-QHash<int, QByteArray> OfflineEntryModel::roleNames() const
+int OfflineDownloadModel::rowCount(const QModelIndex &parent) const
 {
-    return {{KeyRole, "key"},
-            {TitleRole, "title"},
-            {ArtistRole, "artist"},
-            {ArtworkRole, "artworkAddress"},
-            {DurationRole, "duration"}};
+    return parent.isValid() ? 0 : int(m_rows.size());
 }
 
 QVariant OfflineDownloadModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
         return {};
-    const auto &row = rows().at(index.row());
+    const auto &row = m_rows.at(index.row());
     switch (role) {
     case KeyRole:
         return row.key;

@@ -1,26 +1,15 @@
 #pragma once
 
-#include "Services/Offline/OfflineTrackEntry.h"
-#include "Views/Shared/KeyedListModel.h"
+#include "Models/Station.h"
 
+#include <QAbstractListModel>
+#include <QHash>
 #include <QLocale>
 #include <QtQml/qqmlregistration.h>
 
 #include <optional>
 
 namespace navorin {
-
-/// A kept track as its row shows it.
-struct OfflineEntryRow
-{
-    QString key;
-    QString title;
-    QString artist;
-    QString artworkAddress;
-    QString duration; ///< empty if unknown
-
-    bool operator==(const OfflineEntryRow &) const = default;
-};
 
 /// A track on its way, as its row shows it.
 struct OfflineDownloadRow
@@ -32,23 +21,8 @@ struct OfflineDownloadRow
     bool operator==(const OfflineDownloadRow &) const = default;
 };
 
-/// The kept tracks, newest first.
-class OfflineEntryModel : public KeyedListModel<OfflineEntryRow>
-{
-    Q_OBJECT
-    QML_ELEMENT
-    QML_UNCREATABLE("comes with the offline library's screen")
-public:
-    enum Role { KeyRole = Qt::UserRole, TitleRole, ArtistRole, ArtworkRole, DurationRole };
-
-    using KeyedListModel::KeyedListModel;
-
-    [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
-    [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
-};
-
 /// The running downloads, in the order in which they appeared.
-class OfflineDownloadModel : public KeyedListModel<OfflineDownloadRow>
+class OfflineDownloadModel : public QAbstractListModel
 {
     Q_OBJECT
     QML_ELEMENT
@@ -56,10 +30,19 @@ class OfflineDownloadModel : public KeyedListModel<OfflineDownloadRow>
 public:
     enum Role { KeyRole = Qt::UserRole, TitleRole, ProgressRole };
 
-    using KeyedListModel::KeyedListModel;
+    using QAbstractListModel::QAbstractListModel;
 
+    /// `fresh` has what is left of the rows in their order, and behind them what is new, as downloadRows()
+    /// gives it.
+    void setRows(const QList<OfflineDownloadRow> &fresh);
+    [[nodiscard]] const QList<OfflineDownloadRow> &rows() const { return m_rows; }
+
+    [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role) const override;
     [[nodiscard]] QHash<int, QByteArray> roleNames() const override;
+
+private:
+    QList<OfflineDownloadRow> m_rows;
 };
 
 /// Minutes and seconds.
