@@ -99,7 +99,7 @@ private:
     [[nodiscard]] const PlaylistTrack *trackAt(int row) const;
     void beginWriting();
     void endWriting(const QString &failure);
-    void setDetail(PlaylistDetail detail);
+    void setDetail(PlaylistDetail detail, const QList<ListRow> &rows);
     void setError(const QString &error);
     void showSelection();
 
