@@ -189,6 +189,7 @@ ScreenPage {
                     onLoaded: item.focus = true
                     sourceComponent: TrackRow {
                         id: row
+                        playlist: page.playlist
                         number: cell.index + 1
                         title: cell.title
                         line: cell.line
