@@ -38,10 +38,10 @@ struct TestAccess
     {
         return std::unique_ptr<AuthStore>(new AuthStore(client, queue));
     }
-    static std::unique_ptr<OfflineStore> offline(FileStore &files, MainQueue &queue, HttpSession &session,
-                                                 const APIClient &client)
+    static std::unique_ptr<OfflineStore> offline(FileStore &folders, MainQueue &queue, HttpSession &session,
+                                                 APIClient &client)
     {
-        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
+        return std::unique_ptr<OfflineStore>(new OfflineStore({folders, queue, session, client}));
     }
     static std::unique_ptr<RadioPlayer> player(MediaPlayer &engine, FakeDesktop &desktop, MainQueue &queue,
                                                APIClient &client, OfflineStore &offline)
@@ -61,20 +61,21 @@ public:
         TestAccess::installKeychain(m_secrets);
         client = TestAccess::client(http);
         auth = TestAccess::auth(*client, queue);
-        m_offline = TestAccess::offline(m_files, queue, http, *client);
-        m_playersClient = TestAccess::client(m_playersHttp);
-        player = TestAccess::player(engine, m_desktop, queue, *m_playersClient, *m_offline);
+        playersClient = TestAccess::client(playersHttp);
+        offline = TestAccess::offline(files, queue, playersHttp, *playersClient);
+        player = TestAccess::player(engine, m_desktop, queue, *playersClient, *offline);
     }
     ~LibraryRig()
     {
         engine.failPendingTracks();
-        for (auto *session : {&http, &m_playersHttp}) {
+        for (auto *session : {&http, &playersHttp}) {
             while (!session->exchanges.empty()) {
                 session->take().fail();
                 settle();
             }
         }
         player.reset();
+        offline.reset();
         auth.reset();
         TestAccess::removeKeychain();
     }
@@ -127,19 +128,19 @@ public:
     }
 
     FakeHttpSession http;
+    FakeHttpSession playersHttp; ///< what the player and the downloads ask on their own account
+    std::unique_ptr<APIClient> playersClient;
+    QtFileStore files;
     ManualMainQueue queue;
     FakeMediaPlayer engine;
     std::unique_ptr<APIClient> client;
     std::unique_ptr<AuthStore> auth;
+    std::unique_ptr<OfflineStore> offline;
     std::unique_ptr<RadioPlayer> player;
 
 private:
     FakeSecureItemStore m_secrets;
     FakeDesktop m_desktop;
-    QtFileStore m_files;
-    FakeHttpSession m_playersHttp; ///< what the player asks on its own account
-    std::unique_ptr<APIClient> m_playersClient;
-    std::unique_ptr<OfflineStore> m_offline;
 };
 
 } // namespace navorin

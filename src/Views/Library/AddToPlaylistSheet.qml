@@ -41,6 +41,7 @@ SheetPage {
     }
     Notice {
         width: parent.width
+        horizontalAlignment: Text.AlignHCenter
         text: sheet.adding.message
         isFailure: sheet.adding.messageIsFailure
     }
@@ -84,6 +85,7 @@ SheetPage {
                 enabled: !sheet.adding.isBusy
                 title: cell.title
                 line: cell.line
+                isLineOutside: false
                 artworkAddress: cell.artworkAddress
                 isSelected: false
                 actionSymbol: sheet.adding.addingRow === cell.index ? "" : "plus"

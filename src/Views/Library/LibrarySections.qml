@@ -9,6 +9,9 @@ Grid {
     property bool isStacked: false
     readonly property real share: isStacked ? width : (width - spacing) / 2
 
+    // An answer has come.
+    signal found
+
     columns: isStacked ? 1 : 2
     spacing: 14
 
@@ -78,6 +81,7 @@ Grid {
             width: parent.width
             spotify: sections.library.spotify
             visible: spotify.hasEntity
+            onVisibleChanged: if (visible) sections.found()
         }
         Notice {
             width: parent.width
@@ -99,6 +103,7 @@ Grid {
             text: sections.library.soundCloud.query
             isWaiting: sections.library.soundCloud.isLoading
             onTextEdited: sections.library.soundCloud.query = text
+            onIsWaitingChanged: if (!isWaiting) sections.found()
             onSubmitted: sections.library.soundCloud.search()
         }
         Notice {

@@ -26,6 +26,12 @@ FocusScope {
         menuRow = row
         menu.popup(card, at.x, at.y)
     }
+    // Brings what was found for a link or a query up from below the edge.
+    function showSections() {
+        const end = grid.originY + grid.contentHeight - grid.height
+        keeper.to = Math.max(grid.contentY, Math.min(grid.footerItem.y - 8, end))
+        keeper.restart()
+    }
     function askToDelete(row: int) {
         library.prepareDelete(row)
         question.ask()
@@ -128,21 +134,26 @@ FocusScope {
             GridView.onPooled: visible = false
             GridView.onReused: visible = true
 
-            PlaylistCard {
-                id: card
+            // Cards come one after the other, so that none of them holds up a frame.
+            Loader {
                 x: Math.round(cell.x + grid.inset) - cell.x
                 width: Math.floor(cell.width - 2 * grid.inset)
                 height: width + 54
                 focus: true
-                title: cell.title
-                line: cell.line
-                artworkAddress: cell.artworkAddress
-                onClicked: {
-                    grid.currentIndex = cell.index
-                    screen.screenRequested(detailScreen, {summary: screen.library.playlistAt(cell.index)})
+                asynchronous: true
+                onLoaded: item.focus = true
+                sourceComponent: PlaylistCard {
+                    id: card
+                    title: cell.title
+                    line: cell.line
+                    artworkAddress: cell.artworkAddress
+                    onClicked: {
+                        grid.currentIndex = cell.index
+                        screen.screenRequested(detailScreen, {summary: screen.library.playlistAt(cell.index)})
+                    }
+                    onMenuRequested: at => screen.openMenu(cell.index, card, at)
+                    onDeleteRequested: screen.askToDelete(cell.index)
                 }
-                onMenuRequested: at => screen.openMenu(cell.index, card, at)
-                onDeleteRequested: screen.askToDelete(cell.index)
             }
         }
 
@@ -160,6 +171,13 @@ FocusScope {
         width: parent.width - 2 * screen.margin
         library: screen.library
         isStacked: screen.isStacked
+        onFound: settling.restart()
+    }
+    // What was found has its height only when everything is laid out.
+    Timer {
+        id: settling
+        interval: 0
+        onTriggered: screen.showSections()
     }
     RefreshDisc {
         id: disc

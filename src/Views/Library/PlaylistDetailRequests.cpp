@@ -6,6 +6,7 @@
 #include "Views/Library/PlaylistDetailView.h"
 
 #include <QCoro/QCoroFuture>
+#include <QThreadPool>
 
 #include <utility>
 
@@ -25,6 +26,28 @@ QString pathOf(const PlaylistSummary &playlist, const QString &trackKey)
     return pathOf(playlist) + u"/tracks/"_s + trackKey;
 }
 
+/// A playlist with its rows, which are made on a pool thread: thousands of them would cost half a frame.
+struct Loaded
+{
+    PlaylistDetail detail;
+    QList<ListRow> rows;
+};
+
+Loaded withRows(const QFuture<PlaylistDetail> &answer)
+{
+    Loaded loaded{answer.result(), {}};
+    const auto tracks = loaded.detail.tracks.value_or(QList<PlaylistTrack>());
+    loaded.rows.reserve(tracks.size());
+    for (const auto &track : tracks)
+        loaded.rows.append(trackRow(track));
+    return loaded;
+}
+
+QFuture<Loaded> loaded(APIClient &client, qint64 id, const std::optional<QString> &token)
+{
+    return client.playlistDetail(id, token).then(QThreadPool::globalInstance(), withRows);
+}
+
 } // namespace
 
 void PlaylistDetailView::load()
@@ -42,17 +65,17 @@ QCoro::Task<void> PlaylistDetailView::beginLoad()
 
 QCoro::Task<void> PlaylistDetailView::runLoad(View view, quint64 number)
 {
-    std::optional<PlaylistDetail> detail;
+    std::optional<Loaded> answer;
     QString failure;
     try {
-        detail = co_await view->m_client.playlistDetail(view->m_summary.id, view->m_auth.token());
+        answer = co_await loaded(view->m_client, view->m_summary.id, view->m_auth.token());
     } catch (const std::exception &error) {
         failure = errorDescription(error);
     }
     if (!view || number != view->m_loadNumber)
         co_return;
-    if (detail)
-        view->setDetail(*std::move(detail));
+    if (answer)
+        view->setDetail(std::move(answer->detail), answer->rows);
     else
         view->setError(failure);
     view->m_isLoading = false;

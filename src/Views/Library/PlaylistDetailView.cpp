@@ -126,15 +126,9 @@ void PlaylistDetailView::endWriting(const QString &failure)
     Q_EMIT isWritingChanged();
 }
 
-void PlaylistDetailView::setDetail(PlaylistDetail detail)
+void PlaylistDetailView::setDetail(PlaylistDetail detail, const QList<ListRow> &rows)
 {
     m_detail = std::move(detail);
-    QList<ListRow> rows;
-    if (m_detail->tracks) {
-        rows.reserve(m_detail->tracks->size());
-        for (const auto &track : *m_detail->tracks)
-            rows.append(trackRow(track));
-    }
     m_tracks.setRows(rows);
     showSelection();
     Q_EMIT shownChanged();

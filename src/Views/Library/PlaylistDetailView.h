@@ -64,6 +64,8 @@ public:
     [[nodiscard]] bool isWriting() const { return m_isWriting; }
     [[nodiscard]] bool hasStation() const;
     [[nodiscard]] bool isPlaying() const;
+    /// Null for no row; until the next load.
+    [[nodiscard]] const PlaylistTrack *trackAt(int row) const;
 
     Q_INVOKABLE void load();
     /// Plays all of it from that track on; nothing without tracks.
@@ -96,10 +98,9 @@ private:
     static QCoro::Task<void> runSaveTrackEdit(View view, QString key, QString token);
     static QCoro::Task<void> runDeleteTrack(View view, QString key, QString token);
     [[nodiscard]] QCoro::Task<void> beginLoad();
-    [[nodiscard]] const PlaylistTrack *trackAt(int row) const;
     void beginWriting();
     void endWriting(const QString &failure);
-    void setDetail(PlaylistDetail detail);
+    void setDetail(PlaylistDetail detail, const QList<ListRow> &rows);
     void setError(const QString &error);
     void showSelection();
 

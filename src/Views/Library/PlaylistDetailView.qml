@@ -181,24 +181,30 @@ ScreenPage {
                 ListView.onPooled: visible = false
                 ListView.onReused: visible = true
 
-                TrackRow {
-                    id: row
+                // Rows come one after the other, so that none of them holds up a frame.
+                Loader {
                     anchors.fill: parent
                     focus: true
-                    number: cell.index + 1
-                    title: cell.title
-                    line: cell.line
-                    artworkAddress: cell.artworkAddress
-                    note: cell.note
-                    isSelected: cell.isSelected
-                    isPlaying: page.playlist.isPlaying
-                    onClicked: {
-                        list.currentIndex = cell.index
-                        page.playlist.play(cell.index)
+                    asynchronous: true
+                    onLoaded: item.focus = true
+                    sourceComponent: TrackRow {
+                        id: row
+                        playlist: page.playlist
+                        number: cell.index + 1
+                        title: cell.title
+                        line: cell.line
+                        artworkAddress: cell.artworkAddress
+                        note: cell.note
+                        isSelected: cell.isSelected
+                        isPlaying: page.playlist.isPlaying
+                        onClicked: {
+                            list.currentIndex = cell.index
+                            page.playlist.play(cell.index)
+                        }
+                        onMenuRequested: at => page.openMenu(cell.index, row, at)
+                        onEditRequested: page.playlist.prepareTrackEdit(cell.index)
+                        onDeleteRequested: page.askToDelete(cell.index)
                     }
-                    onMenuRequested: at => page.openMenu(cell.index, row, at)
-                    onEditRequested: page.playlist.prepareTrackEdit(cell.index)
-                    onDeleteRequested: page.askToDelete(cell.index)
                 }
             }
 

@@ -7,6 +7,7 @@ ScaleButtonStyle {
 
     required property string title
     required property string line
+    property bool isLineOutside: true
     required property string artworkAddress
     required property bool isSelected
     property bool isPlaying: false
@@ -56,7 +57,7 @@ ScaleButtonStyle {
                 text: row.line
                 role: Theme.smallCaption
                 color: Theme.white(0.6)
-                isOutside: true
+                isOutside: row.isLineOutside
                 visible: text !== ""
             }
         }

@@ -3,8 +3,9 @@ import Navorin
 
 // A track of a playlist: its place, what it is, how long it takes, and what can be done with it.
 ScaleButtonStyle {
-    id: row
+    id: track
 
+    required property PlaylistDetailViewState playlist
     required property int number
     required property string title
     required property string line
@@ -35,9 +36,9 @@ ScaleButtonStyle {
     }
 
     background: Rectangle {
-        radius: row.radius
-        color: row.isSelected ? Theme.white(0.10) : row.down ? Theme.white(0.03) : Theme.white(0.04 + 0.06 * row.glow)
-        border.width: row.isSelected ? 1 : 0
+        radius: track.radius
+        color: track.isSelected ? Theme.white(0.10) : track.down ? Theme.white(0.03) : Theme.white(0.04 + 0.06 * track.glow)
+        border.width: track.isSelected ? 1 : 0
         border.color: Theme.white(0.12)
     }
     Item {
@@ -54,7 +55,7 @@ ScaleButtonStyle {
 
             NText {
                 anchors.fill: parent
-                text: row.number
+                text: track.number
                 role: Theme.caption
                 color: Theme.white(0.6)
                 horizontalAlignment: Text.AlignHCenter
@@ -64,7 +65,7 @@ ScaleButtonStyle {
             Loader {
                 id: bars
                 anchors.centerIn: parent
-                active: row.isSelected && row.isPlaying
+                active: track.isSelected && track.isPlaying
                 sourceComponent: EqualizerBars {}
             }
         }
@@ -77,7 +78,7 @@ ScaleButtonStyle {
             height: 44
             cornerRadius: Theme.rowRadius
             symbolSize: 20
-            address: row.artworkAddress
+            address: track.artworkAddress
         }
         Column {
             anchors.left: art.right
@@ -88,12 +89,12 @@ ScaleButtonStyle {
 
             NText {
                 width: parent.width
-                text: row.title
+                text: track.title
                 isOutside: true
             }
             NText {
                 width: parent.width
-                text: row.line
+                text: track.line
                 role: Theme.smallCaption
                 color: Theme.white(0.6)
                 isOutside: true
@@ -102,14 +103,21 @@ ScaleButtonStyle {
         }
         NText {
             id: length
-            anchors.right: more.left
-            anchors.rightMargin: 8
+            anchors.right: keep.left
+            anchors.rightMargin: 4
             anchors.verticalCenter: parent.verticalCenter
             width: Math.max(36, implicitWidth)
-            text: row.note
+            text: track.note
             role: Theme.caption
             color: Theme.white(0.55)
             horizontalAlignment: Text.AlignHCenter
+        }
+        TrackDownloadButton {
+            id: keep
+            anchors.right: more.left
+            anchors.verticalCenter: parent.verticalCenter
+            playlist: track.playlist
+            row: track.number - 1
         }
         ScaleButtonStyle {
             id: more
@@ -121,8 +129,8 @@ ScaleButtonStyle {
             text: "گزینهها"
             focusPolicy: Qt.NoFocus
             onClicked: {
-                const corner = mapToItem(row, 0, height)
-                row.menuRequested(Qt.point(corner.x, corner.y))
+                const corner = mapToItem(track, 0, height)
+                track.menuRequested(Qt.point(corner.x, corner.y))
             }
 
             background: Rectangle {
@@ -139,6 +147,6 @@ ScaleButtonStyle {
     }
     TapHandler {
         acceptedButtons: Qt.RightButton
-        onTapped: point => row.menuRequested(point.position)
+        onTapped: point => track.menuRequested(point.position)
     }
 }
