@@ -1,5 +1,5 @@
-#include "AdRoutes.h"
 #include "Accounts/AccountSide.h"
+#include "AdRoutes.h"
 #include "ArtworkStore.h"
 #include "Catalogue.h"
 #include "Clock.h"

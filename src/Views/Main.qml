@@ -83,8 +83,9 @@ ApplicationWindow {
             focus: true
         }
         onLoaded: {
+            const player = item as Item
             lastFocus = window.activeFocusItem
-            item.forceActiveFocus()
+            player.forceActiveFocus()
         }
         onActiveChanged: if (!active && lastFocus !== null) lastFocus.forceActiveFocus()
 

@@ -31,6 +31,7 @@ private:
     void prepareReply() override;
     void completeAnswer() override;
     void fail(const std::exception_ptr &error) override;
+    [[nodiscard]] bool isWholeWhenCut() const override { return m_hasBegun; }
 
     void passOn();
     void begin();
@@ -44,8 +45,6 @@ private:
     const std::shared_ptr<HttpByteSink> m_sink;
     QPromise<void> m_promise;
     QByteArray m_piece;
-    qint64 m_expectedLength = -1;
-    qint64 m_receivedLength = 0;
     bool m_hasBegun = false;
     std::stop_callback<Stopper> m_stopper; ///< last, so that it goes first
 };

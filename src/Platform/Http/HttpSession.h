@@ -83,8 +83,7 @@ public:
     /// length. `stop` ends it at any time as TransportError::Kind::Cancelled; the future itself is not to be
     /// cancelled.
     ///
-    /// A body shorter than announced fails as ConnectionLost: whether the server closed the connection or it
-    /// broke cannot be told apart.
+    /// A body that ends before its announced length is complete all the same; the sink knows both lengths.
     [[nodiscard]] virtual QFuture<void> stream(HttpRequest request, std::shared_ptr<HttpByteSink> sink,
                                                std::stop_token stop) = 0;
 };

@@ -132,7 +132,9 @@ void HttpTransfer::handleFinished()
     // At a 307 or 308 Qt wants to rewind the body although the redirect is ours to follow.
     const auto onlyMissesRewind = m_reply->error() == QNetworkReply::ContentReSendError && status;
     const auto kind = onlyMissesRewind ? std::nullopt : transportFailure(m_reply->error());
-    if (kind)
+    if (kind == TransportError::Kind::ConnectionLost && isWholeWhenCut())
+        completeAnswer();
+    else if (kind)
         fail(*kind, m_reply->errorString());
     else
         handleAnswer();

@@ -35,6 +35,8 @@ protected:
     /// The reply is whole and no redirect.
     virtual void completeAnswer() = 0;
     virtual void fail(const std::exception_ptr &error) = 0;
+    /// A lost connection is the end of the answer, and not its failure.
+    [[nodiscard]] virtual bool isWholeWhenCut() const { return false; }
     void fail(TransportError::Kind kind, const QString &detail);
 
     /// Lets go of the reply; false if the outcome is known already.

@@ -25,11 +25,13 @@ FocusScope {
         sheet.present(home.isSignedIn ? accountSheet : loginSheet)
     }
 
-    Component.onCompleted: {
-        if (home.opensAccountAtStart)
-            showAccount()
-        if (home.detailAtStart !== undefined)
-            Qt.callLater(detailRequested, home.detailAtStart)
+    Component.onCompleted: if (home.opensAccountAtStart) showAccount()
+
+    // When what is to show the other screen is complete as well.
+    Timer {
+        interval: 0
+        running: screen.home.detailAtStart !== undefined
+        onTriggered: screen.detailRequested(screen.home.detailAtStart)
     }
 
     Sheet { id: sheet }

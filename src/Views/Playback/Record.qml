@@ -47,23 +47,23 @@ Item {
             address: record.address
         }
 
-        NumberAnimation on rotation {
-            id: turn
-            from: turning.rotation
-            to: turning.rotation + 360
-            duration: 12000
-            loops: Animation.Infinite
-            running: false
-        }
-        // Comes to rest with the picture upright, on the shorter way.
-        RotationAnimation on rotation {
-            id: rest
-            to: 0
-            direction: RotationAnimation.Shortest
-            duration: 450
-            easing.type: Easing.InOutQuad
-            running: false
-        }
+    }
+    NumberAnimation {
+        id: turn
+        target: turning
+        property: "rotation"
+        duration: 12000
+        loops: Animation.Infinite
+    }
+    // Comes to rest with the picture upright, on the shorter way.
+    RotationAnimation {
+        id: rest
+        target: turning
+        property: "rotation"
+        to: 0
+        direction: RotationAnimation.Shortest
+        duration: 450
+        easing.type: Easing.InOutQuad
     }
     Binding {
         target: turn

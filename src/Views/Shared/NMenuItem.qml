@@ -9,7 +9,7 @@ T.MenuItem {
     property bool isDestructive: false
     readonly property color ink: isDestructive ? Theme.live : "white"
 
-    implicitWidth: (symbol === "" ? 0 : 30) + label.implicitWidth + 28
+    implicitWidth: (symbol === "" ? 0 : 30) + Math.ceil(metrics.advanceWidth) + 30
     implicitHeight: 40
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.MenuItem
@@ -24,26 +24,44 @@ T.MenuItem {
         radius: 10
         color: item.highlighted ? Theme.white(0.09) : "transparent"
     }
-    contentItem: Item {
+    component Words: Item {
+        property string text
+        property string symbol
+        property color ink
+
         Icon {
             id: glyph
             anchors.left: parent.left
             anchors.leftMargin: 12
             anchors.verticalCenter: parent.verticalCenter
-            visible: item.symbol !== ""
-            symbol: item.symbol
+            visible: parent.symbol !== ""
+            symbol: parent.symbol
             size: 20
-            color: item.ink
+            color: parent.ink
         }
         NText {
-            id: label
-            anchors.left: item.symbol === "" ? parent.left : glyph.right
-            anchors.leftMargin: item.symbol === "" ? 14 : 10
+            readonly property bool isAlone: parent.symbol === ""
+
+            anchors.left: isAlone ? parent.left : glyph.right
+            anchors.leftMargin: isAlone ? 14 : 10
             anchors.right: parent.right
             anchors.rightMargin: 14
             anchors.verticalCenter: parent.verticalCenter
-            text: item.text
-            color: item.ink
+            text: parent.text
+            color: parent.ink
         }
+    }
+    contentItem: Words {
+        text: item.text
+        symbol: item.symbol
+        ink: item.ink
+    }
+
+    TextMetrics {
+        id: metrics
+        font.family: Theme.ownFamily
+        font.pixelSize: Theme.rowTitle.size
+        font.weight: Theme.rowTitle.weight
+        text: item.text
     }
 }
