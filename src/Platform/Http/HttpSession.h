@@ -83,7 +83,8 @@ public:
     /// length. `stop` ends it at any time as TransportError::Kind::Cancelled; the future itself is not to be
     /// cancelled.
     ///
-    /// A body that ends before its announced length is complete all the same; the sink knows both lengths.
+    /// A body that ends before its announced length is complete all the same; the sink knows both lengths. Of
+    /// a long one the last megabyte before a break may be missing.
     [[nodiscard]] virtual QFuture<void> stream(HttpRequest request, std::shared_ptr<HttpByteSink> sink,
                                                std::stop_token stop) = 0;
 };
