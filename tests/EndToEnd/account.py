@@ -3,8 +3,9 @@
 
 usage: account.py BIN_FOLDER [TEST_NAME...]
 """
-import json
+import contextlib
 import re
+import sqlite3
 import sys
 import time
 import unittest
@@ -93,6 +94,30 @@ class Account(unittest.TestCase):
         app = self.desktop.start_app(NAVORIN_AUDIO_SINK="fakesink sync=true")
         app.wait_for_line("[App] first frame", 40)
         wait_until(lambda: not self.stored_token(), 20, "the token to go")
+        self.assertEqual(app.end(), 0)
+
+    def test_hearts_a_song_and_signs_out(self):
+        self.sign_up()
+        seen = len(self.backend.errors)
+        app = self.start_app("--debug-player")
+        self.asked("/api/auth/me", 200, after=seen)
+        self.asked("/api/favorites", 200, after=seen)
+        self.see_it_move(2)
+        self.desktop.focus()
+        seen = len(self.backend.errors)
+        self.desktop.click(44, 32)  # the heart
+        self.asked("/api/favorites/toggle", 200, after=seen)
+        self.asked("/api/favorites ", 200, after=seen)
+        with contextlib.closing(sqlite3.connect(self.desktop.home / "accounts.db")) as database:
+            self.assertEqual(database.execute("SELECT count(*) FROM favorites").fetchone()[0], 1)
+        self.desktop.run("xdotool", "key", "Escape")
+        self.see_it_move(1.5)
+        self.desktop.click(44, 44)  # the account
+        self.see_it_move(1.5)
+        self.assertTrue(self.stored_token())
+        self.desktop.click(500, 514)  # out
+        wait_until(lambda: not self.stored_token(), 20, "the token to go")
+        self.asked("/api/auth/logout", 200, after=seen)
         self.assertEqual(app.end(), 0)
 
     def stored_token(self):
