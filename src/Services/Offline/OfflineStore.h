@@ -14,11 +14,12 @@
 #include <QQueue>
 #include <QThreadPool>
 #include <QUrl>
-#include <QWaitCondition>
 
+#include <condition_variable>
 #include <exception>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 
 namespace navorin {
@@ -161,8 +162,9 @@ private:
     QHash<QString, OfflineTrackEntry> m_indexByKey; ///< the truth; m_entries is its sorted copy
     QHash<QString, std::shared_ptr<OfflineDownload>> m_downloads;
     quint64 m_lastSave = 0;
+    std::mutex m_runningLock; ///< guards m_runningDownloads
+    std::condition_variable m_downloadEnded;
     int m_runningDownloads = 0;
-    QWaitCondition m_downloadEnded;
     QMutex m_saveLock; ///< guards the index file and m_newestSaved
     quint64 m_newestSaved = 0;
     QMutex m_workLock; ///< guards m_work

@@ -119,7 +119,7 @@ void OfflineStore::startDownload(const std::shared_ptr<OfflineDownload> &downloa
         postToSelf([this, key, progress] { setProgress(key, progress); });
     });
     {
-        const QMutexLocker locker(&m_lock);
+        const std::scoped_lock lock(m_runningLock);
         ++m_runningDownloads;
     }
     fetch(download->address, download, download->stopToken(),
@@ -212,9 +212,9 @@ void OfflineStore::finishFailed(const QString &key, const std::optional<QString>
 
 void OfflineStore::endDownload()
 {
-    const QMutexLocker locker(&m_lock);
+    const std::scoped_lock lock(m_runningLock);
     --m_runningDownloads;
-    m_downloadEnded.wakeAll();
+    m_downloadEnded.notify_all();
 }
 
 void OfflineStore::endDownloads()
@@ -224,9 +224,8 @@ void OfflineStore::endDownloads()
     locker.unlock();
     for (const auto &download : downloads)
         download->cancel();
-    locker.relock();
-    while (m_runningDownloads > 0)
-        m_downloadEnded.wait(&m_lock);
+    std::unique_lock lock(m_runningLock);
+    m_downloadEnded.wait(lock, [this] { return m_runningDownloads == 0; });
 }
 
 void OfflineStore::setProgress(const QString &key, double progress)
