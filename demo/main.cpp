@@ -6,6 +6,7 @@
 #include "FaultRoutes.h"
 #include "Faults.h"
 #include "HttpServer.h"
+#include "Lyrics/LyricsRoutes.h"
 #include "MediaRoutes.h"
 #include "Options.h"
 #include "Routes.h"
@@ -66,6 +67,7 @@ int serve(const Options &options, const sigset_t &signals)
     const Catalogue catalogue(makeStations(options.stations, options.archiveTracks), clock, ownAddress);
     addMediaRoutes(routes, catalogue, media, artwork, clock, stop);
     accounts->addTo(routes, options, catalogue, ownAddress);
+    addLyricsRoutes(routes, catalogue);
     addFaultRoutes(routes, faults);
     addAdRoutes(routes);
     std::printf("PORT %d\n", port);
