@@ -77,10 +77,10 @@ class Desktop(contextlib.AbstractContextManager):
 
     SESSION = pathlib.Path(__file__).parent.parent / "Support/desktop-session.sh"
 
-    def __init__(self, bin_folder, size="1000x700", sound=True, keyring=False):
+    def __init__(self, bin_folder, size="1000x700", sound=True, keyring=False, accessibility=False):
         self.bin = pathlib.Path(bin_folder)
         self.options = ["--display", size + "x24"] + (["--sound"] if sound else []) + (
-            ["--keyring"] if keyring else [])
+            ["--keyring"] if keyring else []) + (["--accessibility"] if accessibility else [])
         self._stack = contextlib.ExitStack()
 
     def __enter__(self):

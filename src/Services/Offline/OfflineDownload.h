@@ -2,6 +2,7 @@
 
 #include "Models/Station.h"
 #include "Platform/Http/HttpSession.h"
+#include "Platform/Tasks/SteadyClock.h"
 
 #include <QByteArray>
 #include <QMutex>
@@ -15,8 +16,6 @@
 #include <string>
 
 namespace navorin {
-
-using SteadyClock = std::function<std::chrono::steady_clock::time_point()>;
 
 /// The share of a download that its bar shows; the last step is the finished track itself.
 [[nodiscard]] double shownProgress(qint64 received, qint64 expected);

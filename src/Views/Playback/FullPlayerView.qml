@@ -56,7 +56,7 @@ FocusScope {
     }
     Shortcut {
         sequences: ["Escape", StandardKey.Back]
-        enabled: screen.isPresented && !sheet.visible
+        enabled: screen.isPresented && !sheet.visible && !lyrics.visible
         onActivated: screen.player.dismiss()
     }
     Shortcut {
@@ -111,6 +111,7 @@ FocusScope {
     }
     Item {
         id: stage
+        visible: !lyrics.isOpaque
         y: (1 - screen.presence) * screen.height + screen.dragOffset
         width: parent.width
         height: parent.height
@@ -123,6 +124,7 @@ FocusScope {
             width: parent.width - 2 * x
             onEqualizerRequested: screen.openEqualizer()
             onPlaylistRequested: screen.showSheet(screen.player.isAuthed ? playlistSheet : loginSheet)
+            onLyricsRequested: if (screen.player.hasStation) lyrics.open()
         }
         Record {
             id: record
@@ -220,6 +222,10 @@ FocusScope {
     }
 
     Sheet { id: sheet }
+    CoverSheet {
+        id: lyrics
+        screen: LyricsSheet { onCloseRequested: lyrics.close() }
+    }
     Component {
         id: loginSheet
         LoginSheet { onCloseRequested: sheet.close() }

@@ -9,6 +9,7 @@ Item {
 
     signal equalizerRequested
     signal playlistRequested
+    signal lyricsRequested
 
     height: 48
 
@@ -53,6 +54,11 @@ Item {
             symbol: "plus"
             text: "افزودن به پلیلیست"
             onClicked: header.playlistRequested()
+        }
+        Act {
+            symbol: "text.quote"
+            text: "متن ترانه"
+            onClicked: header.lyricsRequested()
         }
         Act {
             id: heart

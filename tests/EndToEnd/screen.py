@@ -1,0 +1,97 @@
+"""What a screen reader finds in the app's window, and a pointer that presses it.
+
+The accessibility bus is the private desktop's, so a process of that desktop reads it: this file, run as a program.
+"""
+import json
+import os
+import subprocess
+import sys
+
+from desktop import wait_until
+
+
+# Debian's bindings of the bus belong to Debian's interpreter, whichever one runs the tests.
+PYTHON = "/usr/bin/python3"
+
+
+class Screen:
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self._reader = subprocess.Popen([PYTHON, "-W", "ignore::DeprecationWarning", __file__], env=desktop.env, stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, text=True)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self._reader.stdin.close()
+        self._reader.wait(10)
+        self._reader.stdout.close()
+
+    def all(self, role=None, state=None):
+        """What can be seen, in reading order: dictionaries of role, name, states and place (x, y, width, height)."""
+        self._reader.stdin.write("\n")
+        self._reader.stdin.flush()
+        found = json.loads(self._reader.stdout.readline())
+        return [node for node in found
+                if role in (None, node["role"]) and (state is None or state in node["states"])]
+
+    def find(self, name, role=None):
+        return next((node for node in self.all(role) if node["name"] == name), None)
+
+    def wait_for(self, name, role=None, seconds=20):
+        return wait_until(lambda: self.find(name, role), seconds, f"{name!r} on the screen")
+
+    def click(self, name, role=None):
+        last = [None]
+
+        def at_rest():
+            place = self.wait_for(name, role)["place"]
+            rests, last[0] = place == last[0], place
+            return place if rests else None
+        x, y, width, height = wait_until(at_rest, 10, f"{name!r} to come to rest")
+        self.desktop.click(x + width // 2, y + height // 2)
+
+
+STATES = ("FOCUSED", "SELECTED", "CHECKED", "ENABLED")
+
+
+def read(atspi, glib, node, found):
+    try:
+        states = node.get_state_set()
+        if not states.contains(atspi.StateType.VISIBLE):
+            return
+        box = node.get_component_iface()
+        place = box.get_extents(atspi.CoordType.SCREEN) if box else None
+        found.append({"role": node.get_role_name(), "name": node.get_name(),
+                      "states": [name.lower() for name in STATES if states.contains(getattr(atspi.StateType, name))],
+                      "place": [place.x, place.y, place.width, place.height] if place else [0, 0, 0, 0]})
+        for index in range(node.get_child_count()):
+            child = node.get_child_at_index(index)
+            if child:
+                read(atspi, glib, child, found)
+    except glib.Error:
+        pass  # it went while it was being read
+
+
+def main():
+    import gi
+    gi.require_version("Atspi", "2.0")
+    from gi.repository import Atspi, GLib
+    Atspi.set_timeout(3000, 5000)
+    context = GLib.MainContext.default()
+    for _ in sys.stdin:
+        found = []
+        while context.pending():
+            context.iteration(False)  # what came and went since the last look
+        desktop = Atspi.get_desktop(0)
+        desktop.clear_cache()
+        for index in range(desktop.get_child_count()):
+            program = desktop.get_child_at_index(index)
+            if program and program.get_name() == os.environ.get("SCREEN_OF", "navorin"):
+                read(Atspi, GLib, program, found)
+        print(json.dumps(found), flush=True)
+
+
+if __name__ == "__main__":
+    main()
