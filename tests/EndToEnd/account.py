@@ -12,13 +12,14 @@ import unittest
 import urllib.request
 
 from desktop import PATIENCE, Desktop, wait_until
+from screen import Screen
 
 BIN = sys.argv.pop(1)
 
 
 class Account(unittest.TestCase):
     def setUp(self):
-        self.desktop = self.enterContext(Desktop(BIN, sound=False, keyring=True))
+        self.desktop = self.enterContext(Desktop(BIN, sound=False, keyring=True, accessibility=True))
         # What the desktop opens an address with is a file that says which.
         self.opened = self.desktop.home / "opened"
         opener = self.desktop.home / "bin/xdg-open"
@@ -118,6 +119,47 @@ class Account(unittest.TestCase):
         self.desktop.click(500, 514)  # out
         wait_until(lambda: not self.stored_token(), 20, "the token to go")
         self.asked("/api/auth/logout", 200, after=seen)
+        self.assertEqual(app.end(), 0)
+
+    def test_resets_the_password(self):
+        self.sign_up()
+        seen = len(self.backend.errors)
+        app = self.start_app()
+        self.asked("/api/auth/me", 200, after=seen)
+        screen = self.enterContext(Screen(self.desktop))
+        self.see_it_move(1)
+        self.desktop.focus()
+        screen.click("حساب کاربری")
+        screen.click("خروج از حساب")
+        wait_until(lambda: not self.stored_token(), 20, "the token to go")
+        wait_until(lambda: not screen.find("خروج از حساب"), 10, "the sheet to close")
+        screen.click("حساب کاربری")
+        screen.click("رمزم رو فراموش کردم")
+        screen.click("نام کاربری یا آیدی تلگرام")
+        self.desktop.run("xdotool", "type", "nobody")
+        screen.click("ارسال کد به تلگرام")
+        self.asked("/api/auth/telegram/forgot-password", 404)
+        screen.click("نام کاربری یا آیدی تلگرام")
+        self.desktop.run("xdotool", "key", "ctrl+a")
+        self.desktop.run("xdotool", "type", "sara")
+        screen.click("ارسال کد به تلگرام")
+        screen.click("باز کردن تلگرام")
+        code = self.code_from_the_bot()
+        screen.click("", "password text")
+        self.desktop.run("xdotool", "type", "changed")
+        self.desktop.run("xdotool", "key", "shift+Tab")
+        self.desktop.run("xdotool", "type", code)
+        screen.click("ثبت رمز جدید")
+        self.asked("/api/auth/telegram/reset-password", 200)
+        screen.click("رفتن به صفحه ورود")
+        screen.click("نام کاربری یا آیدی تلگرام")
+        self.desktop.run("xdotool", "key", "ctrl+a")
+        self.desktop.run("xdotool", "type", "sara")
+        screen.click("", "password text")
+        self.desktop.run("xdotool", "type", "changed")
+        screen.click("ورود به رادیو")
+        self.asked("/api/auth/login", 200)
+        wait_until(self.stored_token, 20, "a new token")
         self.assertEqual(app.end(), 0)
 
     def stored_token(self):

@@ -26,6 +26,7 @@ T.TextField {
     Accessible.role: Accessible.EditableText
     Accessible.name: placeholderText
     Accessible.passwordEdit: isSecret
+    Accessible.description: isSecret ? placeholderText : "" // the name of a secret field is not passed on
 
     background: Rectangle {
         radius: Theme.codeBoxRadius
