@@ -40,6 +40,7 @@ FocusScope {
     onVisibleChanged: if (visible) library.appear()
     Component.onCompleted: library.appear()
 
+    AdBannerViewState { id: ads }
     Sheet { id: sheet }
     Component {
         id: loginSheet
@@ -119,7 +120,7 @@ FocusScope {
         onDragEnded: if (disc.isPulledFar) screen.library.refresh()
 
         header: Item { width: 1; height: head.height + 16 }
-        footer: Item { width: 1; height: sections.height + 40 + (screen.library.hasStation ? 110 : 24) }
+        footer: Item { width: 1; height: sections.height + banner.height + 40 + (screen.library.hasStation ? 110 : 24) }
 
         delegate: FocusScope {
             id: cell
@@ -172,6 +173,21 @@ FocusScope {
         library: screen.library
         isStacked: screen.isStacked
         onFound: settling.restart()
+    }
+    Loader {
+        id: banner
+        active: ads.isConfigured
+        z: 1
+        x: Math.round((parent.width - width) / 2)
+        y: sections.y + sections.height + 14
+        width: Math.min(parent.width - 2 * screen.margin, 928)
+        height: active ? 140 + 14 : 0
+        sourceComponent: Item {
+            AdBannerView {
+                width: parent.width
+                height: 140
+            }
+        }
     }
     // What was found has its height only when everything is laid out.
     Timer {
