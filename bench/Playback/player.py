@@ -1,0 +1,106 @@
+#!/usr/bin/env python3
+"""What the window costs while it plays, beside a player that has none, and how long its frames take.
+
+Run by hand, on a machine that does nothing else:
+
+    bench/Playback/player.py [--build build/release] [--seconds 20]
+
+One private desktop session with a window manager, the demo backend on loopback, the same live stream for all:
+
+    CPU           of one core, over --seconds: the full player, the radio tab, and the window minimised
+    frame times   what the render thread takes for a frame while the record turns, and while 2,000 cards scroll
+
+Needs openbox and mpv (apt-get install openbox mpv), wanted for this alone, besides what the tests need.
+"""
+import argparse
+import os
+import pathlib
+import re
+import sys
+import time
+
+REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(REPOSITORY / "tests" / "EndToEnd"))
+
+from desktop import Desktop  # noqa: E402
+
+FRAME = re.compile(r"frame rendered in (\d+)ms")
+
+
+def cpu_seconds(program):
+    fields = pathlib.Path(f"/proc/{program.process.pid}/stat").read_text().rsplit(")", 1)[1].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
+def load(program, seconds):
+    time.sleep(4)
+    begun, used = time.monotonic(), cpu_seconds(program)
+    time.sleep(seconds)
+    return 100 * (cpu_seconds(program) - used) / (time.monotonic() - begun)
+
+
+def window(desktop):
+    found = desktop.run("xdotool", "search", "--onlyvisible", "--class", "navorin").stdout.split()
+    return found[-1].decode()
+
+
+def loads(desktop, seconds):
+    app = desktop.start_app("--debug-sync")
+    app.wait_for_line("[RadioPlayer] EQ tap bound", 60)
+    figures = {"the full player": load(app, seconds)}
+    shown = window(desktop)
+    desktop.press("Escape")
+    figures["the radio tab"] = load(app, seconds)
+    desktop.run("xdotool", "windowminimize", shown)
+    figures["minimised"] = load(app, seconds)
+    app.end()
+    address = f"http://127.0.0.1:{desktop.port}/stream/persian"
+    for name, options in (("mpv without a window", ["--vo=null", "--no-video"]),
+                          ("mpv with a window", ["--force-window=immediate"])):
+        mpv = desktop.start("/usr/bin/mpv", "--no-config", "--no-terminal", "--ao=pulse", *options, address)
+        figures[name] = load(mpv, seconds)
+        mpv.process.terminate()
+    return figures
+
+
+def frames(desktop, arguments, act, seconds):
+    """The times of the frames that were drawn meanwhile, in ms, the longest last."""
+    app = desktop.start_app(*arguments, QSG_RENDER_TIMING="1")
+    app.wait_for_line("[App] grid filled", 60)
+    time.sleep(8)
+    seen, end = len(app.errors), time.monotonic() + seconds
+    while time.monotonic() < end:
+        act()
+    taken = sorted(int(match[1]) for line in app.errors[seen:] if (match := FRAME.search(line)))
+    app.end()
+    return taken
+
+
+def print_frames(name, taken):
+    if not taken:
+        print(f"{name:32} no frames")
+        return
+    print(f"{name:32} {len(taken):6} frames, median {taken[len(taken) // 2]} ms, "
+          f"p99 {taken[len(taken) * 99 // 100]} ms, longest {taken[-1]} ms")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--build", type=pathlib.Path, default=REPOSITORY / "build" / "release")
+    parser.add_argument("--seconds", type=float, default=20)
+    options = parser.parse_args()
+    with Desktop(options.build.resolve() / "bin") as desktop:
+        desktop.start("/usr/bin/openbox")
+        desktop.start_backend("--stations", "2000")
+        for name, percent in loads(desktop, options.seconds).items():
+            print(f"{name:32} {percent:6.1f} % of a core")
+        print_frames("the record turns", frames(desktop, ["--debug-sync"], lambda: time.sleep(0.2), options.seconds))
+
+        def scroll():
+            desktop.run("xdotool", "mousemove", "400", "400", "click", "5")
+            time.sleep(0.03)
+        print_frames("2,000 cards scroll", frames(desktop, [], scroll, options.seconds))
+
+
+if __name__ == "__main__":
+    main()
