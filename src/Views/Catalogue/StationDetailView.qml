@@ -18,6 +18,16 @@ ScreenPage {
         size: 32
         running: page.detail.content === StationDetailViewState.Loading
     }
+    // Beside the list, not in it: its button is then reached by Tab, and the arrow keys stay the list's own.
+    StationHead {
+        id: head
+        z: 1
+        y: list.originY - list.contentY
+        width: parent.width
+        visible: list.visible
+        detail: page.detail
+        margin: page.margin
+    }
     ListView {
         id: list
 
@@ -44,70 +54,7 @@ ScreenPage {
         Accessible.role: Accessible.List
         Accessible.name: "آهنگ‌ها"
 
-        header: Item {
-            width: list.width
-            height: 116
-
-            ArtworkImage {
-                id: cover
-                x: parent.width - page.margin - width
-                width: 96
-                height: 96
-                cornerRadius: Theme.artRadius
-                symbolSize: 36
-                address: page.detail.artworkAddress
-
-                Shadow {
-                    anchors.fill: parent
-                    z: -1
-                    radius: Theme.artRadius
-                    opacity: 0.35
-                }
-            }
-            Column {
-                x: playAll.x + playAll.width + 16
-                anchors.verticalCenter: cover.verticalCenter
-                width: cover.x - x - 16
-
-                NText {
-                    width: parent.width
-                    text: page.detail.title
-                    role: Theme.screenTitle
-                    isOutside: true
-                    Accessible.role: Accessible.Heading
-                    Accessible.name: text
-                }
-                NText {
-                    width: parent.width
-                    text: page.detail.trackCount
-                    role: Theme.caption
-                    font.weight: Font.Normal
-                    color: Theme.white(0.5)
-                    Accessible.role: Accessible.StaticText
-                    Accessible.name: text
-                }
-            }
-            ScaleButtonStyle {
-                id: playAll
-                x: page.margin
-                anchors.verticalCenter: cover.verticalCenter
-                width: 48
-                height: 48
-                radius: 24
-                text: "پخش همه"
-                onClicked: page.detail.play(0)
-
-                background: Rectangle {
-                    radius: playAll.radius
-                    color: playAll.down ? Qt.darker(Theme.accent, 1.16) : Qt.lighter(Theme.accent, 1 + 0.06 * playAll.glow)
-                }
-                Icon {
-                    anchors.centerIn: parent
-                    symbol: "play.fill"
-                    size: 26
-                }
-            }
-        }
+        header: Item { width: 1; height: head.height }
         footer: Item {
             width: 1
             height: page.detail.hasStation ? 100 : 24

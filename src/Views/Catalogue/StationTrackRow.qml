@@ -20,6 +20,7 @@ ScaleButtonStyle {
     text: title
     radius: Theme.artRadius
     implicitHeight: 64
+    focusPolicy: Qt.ClickFocus // the list is one step of the Tab key; its rows are the arrows'
     Accessible.role: Accessible.ListItem
     Accessible.description: artist
     Keys.onMenuPressed: menuRequested(Qt.point(width - 120, height / 2))

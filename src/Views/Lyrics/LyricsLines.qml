@@ -26,6 +26,7 @@ ListView {
     model: sheet.lines
     spacing: 20
     focus: true
+    activeFocusOnTab: true
     clip: true
     cacheBuffer: 400
     boundsBehavior: Flickable.StopAtBounds
