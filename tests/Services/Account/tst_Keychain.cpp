@@ -1,24 +1,12 @@
 #include "Services/Account/Keychain.h"
+#include "Support/Columns.h"
 #include "Support/FakeSecureItemStore.h"
+#include "Support/TestAccess.h"
 
 #include <QTest>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
-
-namespace navorin {
-
-struct TestAccess
-{
-    static void install(SecureItemStore &store)
-    {
-        Keychain::instance().reset();
-        Keychain::instance().setMaker([&store] { return std::unique_ptr<Keychain>(new Keychain(store)); });
-    }
-    static void remove() { Keychain::instance().reset(); }
-};
-
-} // namespace navorin
 
 namespace {
 
@@ -36,9 +24,9 @@ private Q_SLOTS:
     void init()
     {
         m_store.emplace();
-        TestAccess::install(*m_store);
+        TestAccess::share<Keychain>(*m_store);
     }
-    void cleanup() { TestAccess::remove(); }
+    void cleanup() { TestAccess::forget<Keychain>(); }
 
     void reads_data();
     void reads();
@@ -54,8 +42,7 @@ private:
 
 void tst_Keychain::reads_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<Text>("text");
+    addColumns<QByteArray, Text>("bytes", "text");
     const auto word = u"نشانه 🎵"_s;
     QTest::newRow("text") << word.toUtf8() << Text(word);
     QTest::newRow("empty") << ""_ba << Text(u""_s);
@@ -68,8 +55,7 @@ void tst_Keychain::reads_data()
 
 void tst_Keychain::reads()
 {
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const Text, text);
+    const auto [bytes, text] = fetched<QByteArray, Text>("bytes", "text");
     QVERIFY(!Keychain::get(key));
     m_store->items.insert(name, QByteArray(bytes.constData(), bytes.size()));
     QCOMPARE(Keychain::get(key), text);
@@ -81,11 +67,8 @@ void tst_Keychain::reads()
 
 void tst_Keychain::writes_data()
 {
-    QTest::addColumn<bool>("available");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<Text>("value");
-    QTest::addColumn<QStringList>("asked");
-    QTest::addColumn<QByteArray>("after");
+    addColumns<bool, QByteArray, Text, QStringList, QByteArray>("available", "before", "value", "asked",
+                                                                "after");
     const auto none = QByteArray();
     QTest::newRow("first") << true << none << Text(u"ب"_s) << QStringList{u"exists"_s, u"add"_s}
                            << "\xD8\xA8"_ba;
@@ -100,9 +83,7 @@ void tst_Keychain::writes_data()
 
 void tst_Keychain::writes()
 {
-    QFETCH(const bool, available);
-    QFETCH(const QByteArray, before);
-    QFETCH(const Text, value);
+    const auto [available, before, value] = fetched<bool, QByteArray, Text>("available", "before", "value");
     m_store->available = available;
     if (!before.isNull())
         m_store->items.insert(name, before);

@@ -1,4 +1,5 @@
 #include "Services/Equaliser/Ctx.h"
+#include "Support/Columns.h"
 
 #include <QTest>
 
@@ -98,9 +99,7 @@ void tst_EqFilters::flatPassesUnchanged()
 
 void tst_EqFilters::fastWaysGiveTheSameBits_data()
 {
-    QTest::addColumn<int>("way");
-    QTest::addColumn<int>("cascades");
-    QTest::addColumn<int>("stride");
+    addColumns<int, int, int>("way", "cascades", "stride");
     for (const auto way : {FilterWay::Portable, FilterWay::Avx2}) {
         for (const auto &[cascades, stride] : {std::pair(1, 1), {2, 2}, {5, 5}, {2, 6}, {3, 2}, {0, 2}})
             QTest::addRow("way %d: %d of %d", int(way), cascades, stride) << int(way) << cascades << stride;
@@ -109,9 +108,7 @@ void tst_EqFilters::fastWaysGiveTheSameBits_data()
 
 void tst_EqFilters::fastWaysGiveTheSameBits()
 {
-    QFETCH(int, way);
-    QFETCH(int, cascades);
-    QFETCH(int, stride);
+    const auto [way, cascades, stride] = fetched<int, int, int>("way", "cascades", "stride");
     if (!isAvailable(FilterWay(way)))
         QSKIP("this processor cannot");
     std::vector<Cascade> expected(std::size_t(cascades), makeCascade({12, -7, 3.5F, -12, 9}, 44100));
@@ -139,11 +136,7 @@ void tst_EqFilters::fastWaysGiveTheSameBits()
 
 void tst_EqFilters::integers_data()
 {
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<bool>("interleaved");
-    QTest::addColumn<float>("factor");
-    QTest::addColumn<QList<int>>("in");
-    QTest::addColumn<QList<int>>("out");
+    addColumns<int, bool, float, QList<int>, QList<int>>("bits", "interleaved", "factor", "in", "out");
     const int highest = std::numeric_limits<int>::max(), lowest = std::numeric_limits<int>::min();
     // 1000 * 32767 / 32768 = 999.97, cut to 999
     QTest::newRow("16 planar") << 16 << false << 1.0F << QList{1000, -1000, 32767, -32768, 0}
@@ -159,11 +152,8 @@ void tst_EqFilters::integers_data()
 
 void tst_EqFilters::integers()
 {
-    QFETCH(int, bits);
-    QFETCH(bool, interleaved);
-    QFETCH(float, factor);
-    QFETCH(QList<int>, in);
-    QFETCH(QList<int>, out);
+    auto [bits, interleaved, factor, in, out] =
+        fetched<int, bool, float, QList<int>, QList<int>>("bits", "interleaved", "factor", "in", "out");
     Ctx ctx;
     ctx.interleaved = interleaved;
     ctx.bitsPerSample = quint32(bits);

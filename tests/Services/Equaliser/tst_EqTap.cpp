@@ -1,5 +1,6 @@
 #include "Services/Equaliser/Ctx.h"
 #include "Services/Equaliser/EqTap.h"
+#include "Support/Columns.h"
 
 #include <QRegularExpression>
 #include <QTemporaryFile>
@@ -174,10 +175,9 @@ void tst_EqTap::bypasses()
 
 void tst_EqTap::mapsChannels_data()
 {
-    QTest::addColumn<AudioStreamDescription>("format");
-    QTest::addColumn<int>("buffers");
-    QTest::addColumn<quint32>("perBuffer");
-    QTest::addColumn<QList<int>>("cascades"); // of each channel or buffer; -1: left
+    // cascades: of each channel or buffer; -1: left
+    addColumns<AudioStreamDescription, int, quint32, QList<int>>("format", "buffers", "perBuffer",
+                                                                 "cascades");
     QTest::newRow("interleaved") << format(2) << 1 << 2U << QList{0, 1};
     QTest::newRow("surplus position") << format(2) << 1 << 3U << QList{0, 1, -1};
     QTest::newRow("no count is one") << format(1) << 1 << 0U << QList{0};
@@ -188,10 +188,9 @@ void tst_EqTap::mapsChannels_data()
 
 void tst_EqTap::mapsChannels()
 {
-    QFETCH(AudioStreamDescription, format);
-    QFETCH(int, buffers);
-    QFETCH(quint32, perBuffer);
-    QFETCH(QList<int>, cascades);
+    const auto [format, buffers, perBuffer, cascades] =
+        fetched<AudioStreamDescription, int, quint32, QList<int>>("format", "buffers", "perBuffer",
+                                                                  "cascades");
     const std::size_t stride = std::max(perBuffer, 1U);
     Host host(std::size_t(buffers), perBuffer, 32 * stride);
     host.tap->prepare(format);
