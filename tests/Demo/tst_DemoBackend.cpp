@@ -27,7 +27,6 @@ private Q_SLOTS:
     void catalogueHasEveryKindOfStation();
     void deferredListsComeOnDemand();
     void programmesAndRotationsMove();
-    void liveStreamsNeverEnd_data();
     void liveStreamsNeverEnd();
     void tracksAreWholeFiles_data();
     void tracksAreWholeFiles();
@@ -114,18 +113,11 @@ void TestDemoBackend::programmesAndRotationsMove()
     QTRY_VERIFY(station(u"golchin"_s).contains("track_index"_L1));
 }
 
-void TestDemoBackend::liveStreamsNeverEnd_data()
-{
-    QTest::addColumn<QString>("genre");
-    for (const char *genre : {"persian", "pop", "tehran-night"})
-        QTest::newRow(genre) << QString::fromLatin1(genre);
-}
-
 // longer than any piece, so over at least one seam; the second time from the files of the first
 void TestDemoBackend::liveStreamsNeverEnd()
 {
-    QFETCH(QString, genre);
-    for (int run = 0; run < 2; ++run) {
+    for (const auto &genre :
+         {u"persian"_s, u"persian"_s, u"pop"_s, u"pop"_s, u"tehran-night"_s, u"tehran-night"_s}) {
         start();
         const DemoProcess::Reply stream = m_backend->send(u"/stream/"_s + genre);
         QTRY_VERIFY_WITH_TIMEOUT(stream->bytesAvailable() > 1'000'000, 30'000);
@@ -135,8 +127,8 @@ void TestDemoBackend::liveStreamsNeverEnd()
         QVERIFY2(sound.seconds > 55, qPrintable(QString::number(sound.seconds)));
         QVERIFY2(std::abs(sound.position - sound.seconds) < 0.2, qPrintable(QString::number(sound.position)));
         QVERIFY(sound.level > 0.02);
+        QVERIFY(!m_backend->fetch(u"/stream/"_s + genre, "HEAD")->hasRawHeader("Content-Length"));
     }
-    QVERIFY(!m_backend->fetch(u"/stream/"_s + genre, "HEAD")->hasRawHeader("Content-Length"));
 }
 
 void TestDemoBackend::tracksAreWholeFiles_data()

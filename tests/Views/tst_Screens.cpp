@@ -1,4 +1,3 @@
-#include "Support/Columns.h"
 #include "WindowRig.h"
 
 #include <QAccessible>
@@ -32,7 +31,6 @@ private Q_SLOTS:
     void cleanup();
 
     void loadingThenErrorThenGrid();
-    void layoutFollowsTheWidth_data();
     void layoutFollowsTheWidth();
     void aTapPlaysAndTheMiniPlayerComes();
     void walkedByKeyboard();
@@ -120,26 +118,21 @@ void tst_Screens::loadingThenErrorThenGrid()
         QVERIFY(after.contains(item));
 }
 
-void tst_Screens::layoutFollowsTheWidth_data()
-{
-    addColumns<QSize, int, QRect>("size", "columns", "tabs");
-    QTest::newRow("smallest") << QSize(360, 560) << 2 << QRect(0, 500, 360, 60);
-    QTest::newRow("narrow") << QSize(639, 800) << 3 << QRect(0, 740, 639, 60);
-    QTest::newRow("medium") << QSize(1000, 700) << 5 << QRect(916, 0, 84, 700);
-    QTest::newRow("wide") << QSize(1120, 700) << 5 << QRect(920, 0, 200, 700);
-}
-
 void tst_Screens::layoutFollowsTheWidth()
 {
-    const auto [size, columns, tabs] = fetched<QSize, int, QRect>("size", "columns", "tabs");
     fill(12);
-    m_window->resize(size);
-    const auto *strip = items("TabStrip"_ba).at(0);
-    QTRY_COMPARE(QRectF(strip->position(), strip->size()).toRect(), tabs);
-    const auto rowOf = [this](int number) { return middleOf(card(number)).y(); };
-    QTRY_COMPARE(rowOf(columns - 1), rowOf(0));
-    QTRY_VERIFY(rowOf(columns) > rowOf(0));
-    QVERIFY(middleOf(card(1)).x() < middleOf(card(0)).x());
+    for (const auto &[size, columns, tabs] : {std::tuple(QSize(360, 560), 2, QRect(0, 500, 360, 60)),
+                                              {QSize(639, 800), 3, QRect(0, 740, 639, 60)},
+                                              {QSize(1000, 700), 5, QRect(916, 0, 84, 700)},
+                                              {QSize(1120, 700), 5, QRect(920, 0, 200, 700)}}) {
+        m_window->resize(size);
+        const auto *strip = items("TabStrip"_ba).at(0);
+        QTRY_COMPARE(QRectF(strip->position(), strip->size()).toRect(), tabs);
+        const auto rowOf = [this](int number) { return middleOf(card(number)).y(); };
+        QTRY_COMPARE(rowOf(columns - 1), rowOf(0));
+        QTRY_VERIFY(rowOf(columns) > rowOf(0));
+        QVERIFY(middleOf(card(1)).x() < middleOf(card(0)).x());
+    }
 }
 
 void tst_Screens::aTapPlaysAndTheMiniPlayerComes()
