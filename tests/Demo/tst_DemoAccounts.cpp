@@ -1,4 +1,5 @@
 #include "DemoProcess.h"
+#include "Support/Columns.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -159,6 +160,7 @@ void TestDemoAccounts::playlistsAndFavouritesAreKeptForTheirUser()
     QCOMPARE(call("DELETE", path, {}, other).status, 404);
     QCOMPARE(get(path, other).status, 404);
     QCOMPARE(get(path, {}).status, 401);
+    QCOMPARE(post(u"spotify/import"_s, R"({"url": "spotify:playlist:x", "title": "t"})"_ba).status, 401);
     start();
     const Answer detail = get(path, token);
     QCOMPARE(detail.data("title"_L1), u"نو"_s);
@@ -212,8 +214,7 @@ void TestDemoAccounts::codesAndTokensRunOut()
 
 void TestDemoAccounts::badRequestsChangeNothing_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QByteArray>("body");
+    addColumns<QString, QByteArray>("path", "body");
     const auto signup = u"auth/telegram/init-signup"_s;
     QTest::newRow("no JSON") << u"auth/login"_s << "{\"username\": \"\xff"_ba;
     QTest::newRow("a list") << u"auth/login"_s << QByteArray("[").repeated(60'000);
@@ -224,6 +225,7 @@ void TestDemoAccounts::badRequestsChangeNothing_data()
     QTest::newRow("NUL") << signup << R"({"username": "fine", "password": "abcd\u0000"})"_ba;
     QTest::newRow("blank title") << u"playlists"_s << R"({"title": " \u200a", "description": ""})"_ba;
     QTest::newRow("long title") << u"playlists"_s << "{\"title\":\"" + QByteArray(201, 'a') + "\"}";
+    QTest::newRow("no such link") << u"spotify/import"_s << R"({"url": "x", "title": "t"})"_ba;
     for (const char *duration : {"-1", "1.5", "1e30", "18446744073709551615", "\"3\""})
         QTest::newRow(duration) << u"favorites/toggle"_s
                                 << R"({"track_type": "a", "track_id": "b", "title": "c", "duration": )" +
@@ -233,8 +235,7 @@ void TestDemoAccounts::badRequestsChangeNothing_data()
 // the demo user's library, made at the first start, stays as it is through all of them
 void TestDemoAccounts::badRequestsChangeNothing()
 {
-    QFETCH(QString, path);
-    QFETCH(QByteArray, body);
+    const auto [path, body] = fetched<QString, QByteArray>("path", "body");
     start({u"--demo-user"_s, u"demo:abcd"_s});
     const QString token = login(u"demo"_s, u"abcd"_s).data("token"_L1).toString();
     const Answer answer = post(path, body, token);

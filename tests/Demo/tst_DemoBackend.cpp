@@ -1,8 +1,10 @@
 #include "DecodedSound.h"
 #include "DemoProcess.h"
+#include "Support/Columns.h"
 
 #include <QImage>
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QTcpSocket>
 #include <QTemporaryDir>
@@ -25,13 +27,13 @@ private Q_SLOTS:
     void catalogueHasEveryKindOfStation();
     void deferredListsComeOnDemand();
     void programmesAndRotationsMove();
-    void liveStreamsNeverEnd_data();
     void liveStreamsNeverEnd();
     void tracksAreWholeFiles_data();
     void tracksAreWholeFiles();
     void rangesGiveTheirPart_data();
     void rangesGiveTheirPart();
     void coversDiffer();
+    void searchesAndResolves();
     void faultsBendTheAnswer_data();
     void faultsBendTheAnswer();
     void faultsThatHoldAnAnswerBack_data();
@@ -111,18 +113,11 @@ void TestDemoBackend::programmesAndRotationsMove()
     QTRY_VERIFY(station(u"golchin"_s).contains("track_index"_L1));
 }
 
-void TestDemoBackend::liveStreamsNeverEnd_data()
-{
-    QTest::addColumn<QString>("genre");
-    for (const char *genre : {"persian", "pop", "tehran-night"})
-        QTest::newRow(genre) << QString::fromLatin1(genre);
-}
-
 // longer than any piece, so over at least one seam; the second time from the files of the first
 void TestDemoBackend::liveStreamsNeverEnd()
 {
-    QFETCH(QString, genre);
-    for (int run = 0; run < 2; ++run) {
+    for (const auto &genre :
+         {u"persian"_s, u"persian"_s, u"pop"_s, u"pop"_s, u"tehran-night"_s, u"tehran-night"_s}) {
         start();
         const DemoProcess::Reply stream = m_backend->send(u"/stream/"_s + genre);
         QTRY_VERIFY_WITH_TIMEOUT(stream->bytesAvailable() > 1'000'000, 30'000);
@@ -132,14 +127,13 @@ void TestDemoBackend::liveStreamsNeverEnd()
         QVERIFY2(sound.seconds > 55, qPrintable(QString::number(sound.seconds)));
         QVERIFY2(std::abs(sound.position - sound.seconds) < 0.2, qPrintable(QString::number(sound.position)));
         QVERIFY(sound.level > 0.02);
+        QVERIFY(!m_backend->fetch(u"/stream/"_s + genre, "HEAD")->hasRawHeader("Content-Length"));
     }
-    QVERIFY(!m_backend->fetch(u"/stream/"_s + genre, "HEAD")->hasRawHeader("Content-Length"));
 }
 
 void TestDemoBackend::tracksAreWholeFiles_data()
 {
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<double>("seconds");
+    addColumns<QString, double>("path", "seconds");
     QTest::newRow("MP3") << u"/stream/yalda?track=3"_s << 0.0;
     QTest::newRow("MP4") << u"/stream/lofi?track=3"_s << 0.0;
     QTest::newRow("Ogg") << u"/stream/santur?track=3"_s << 0.0;
@@ -148,8 +142,7 @@ void TestDemoBackend::tracksAreWholeFiles_data()
 
 void TestDemoBackend::tracksAreWholeFiles()
 {
-    QFETCH(QString, path);
-    QFETCH(double, seconds);
+    auto [path, seconds] = fetched<QString, double>("path", "seconds");
     const bool tone = seconds > 0;
     if (!tone) {
         const QJsonValue track = station(path.section(u'/', 2).section(u'?', 0, 0))["tracks"_L1][3];
@@ -166,10 +159,8 @@ void TestDemoBackend::tracksAreWholeFiles()
 
 void TestDemoBackend::rangesGiveTheirPart_data()
 {
-    QTest::addColumn<QByteArray>("range");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<int>("first");
-    QTest::addColumn<int>("length"); // negative: to the end
+    // length: negative: to the end
+    addColumns<QByteArray, int, int, int>("range", "status", "first", "length");
     QTest::newRow("start") << "bytes=0-99"_ba << 206 << 0 << 100;
     QTest::newRow("rest") << "bytes=5000-"_ba << 206 << 5000 << -1;
     QTest::newRow("past the end") << "bytes=100-99999999"_ba << 206 << 100 << -1;
@@ -181,10 +172,8 @@ void TestDemoBackend::rangesGiveTheirPart_data()
 
 void TestDemoBackend::rangesGiveTheirPart()
 {
-    QFETCH(QByteArray, range);
-    QFETCH(int, status);
-    QFETCH(int, first);
-    QFETCH(int, length);
+    const auto [range, status, first, length] =
+        fetched<QByteArray, int, int, int>("range", "status", "first", "length");
     const QString path = u"/stream/yalda?track=0"_s;
     const QByteArray whole = m_backend->fetch(path)->readAll();
     const DemoProcess::Reply reply = m_backend->fetch(path, "GET", {{"Range", range}});
@@ -207,12 +196,54 @@ void TestDemoBackend::coversDiffer()
     QCOMPARE(covers.size(), paths.size());
 }
 
+void TestDemoBackend::searchesAndResolves()
+{
+    const auto fetch = [this](const char *call, const QString &text) {
+        return m_backend->fetch(QLatin1StringView(call) + QString::fromLatin1(QUrl::toPercentEncoding(text)));
+    };
+    const auto plays = [this](const QJsonValue &record) {
+        return m_backend->fetch(record["stream_url"_L1].toString(), "HEAD")->error() ==
+               QNetworkReply::NoError;
+    };
+    const std::pair<QString, bool> queries[]{
+        {u"دریا"_s, true},    {u"درياچه"_s, true}, // arabic letters
+        {u"نیمهشب"_s, true},                       // without a half-space
+        {u"HARBOUR"_s, true}, {u"دلتنگ لیلا"_s, true}, {u"zzz"_s, false}, {u"  "_s, false},
+    };
+    for (const auto &[query, finds] : queries) {
+        const auto reply = fetch("/api/soundcloud/search?q=", query);
+        QCOMPARE(reply->error(), QNetworkReply::NoError);
+        const auto hits = QJsonDocument::fromJson(reply->readAll())["data"_L1];
+        QVERIFY2(hits.toArray().isEmpty() != finds, qPrintable(query));
+        QVERIFY(!finds || plays(hits[0]));
+    }
+    const std::tuple<QString, int, bool> links[]{
+        {u"https://open.spotify.com/playlist/37i9dQ?si=1"_s, 200, true},
+        {u"open.spotify.com/track/abc"_s, 200, true},
+        {u"spotify:album:abc"_s, 200, true},
+        {u"https://open.spotify.com/playlist/empty"_s, 200, false},
+        {u"https://open.spotify.com/playlist/private"_s, 403, false},
+        {u"https://open.spotify.com/album/gone"_s, 404, false},
+        {u"https://spotify.example/playlist/1"_s, 400, false},
+        {u""_s, 400, false},
+    };
+    for (const auto &[link, status, hasTracks] : links) {
+        const auto reply = fetch("/api/spotify/resolve?url=", link);
+        QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+        const auto bytes = reply->readAll();
+        const auto answer = QJsonDocument::fromJson(bytes);
+        const auto tracks = answer["data"_L1]["tracks"_L1];
+        QVERIFY2(answer.isObject() && tracks.toArray().isEmpty() != hasTracks, qPrintable(link));
+        QVERIFY(!hasTracks || plays(tracks[0]));
+        QCOMPARE(fetch("/api/spotify/resolve?url=", link)->readAll(), bytes); // always the same
+    }
+}
+
 void TestDemoBackend::faultsBendTheAnswer_data()
 {
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<int>("status");
-    QTest::addColumn<int>("received"); // negative: half
-    QTest::addColumn<bool>("stated");  // the length is still that of the whole
+    // received: negative: half
+    // stated: the length is still that of the whole
+    addColumns<QString, int, int, bool>("fault", "status", "received", "stated");
     QTest::newRow("status") << u"status:503"_s << 503 << 40 << false;
     QTest::newRow("cut") << u"cut:10000"_s << 200 << 10'000 << true;
     QTest::newRow("truncate") << u"truncate"_s << 200 << -1 << true;
@@ -222,10 +253,8 @@ void TestDemoBackend::faultsBendTheAnswer_data()
 
 void TestDemoBackend::faultsBendTheAnswer()
 {
-    QFETCH(QString, fault);
-    QFETCH(int, status);
-    QFETCH(int, received);
-    QFETCH(bool, stated);
+    const auto [fault, status, received, stated] =
+        fetched<QString, int, int, bool>("fault", "status", "received", "stated");
     const QString path = u"/stream/yalda?track=0"_s;
     const QByteArray whole = m_backend->fetch(path)->readAll();
     m_backend->setFault(path + u"="_s + fault, 1);
@@ -240,8 +269,8 @@ void TestDemoBackend::faultsBendTheAnswer()
 
 void TestDemoBackend::faultsThatHoldAnAnswerBack_data()
 {
-    QTest::addColumn<QString>("fault");
-    QTest::addColumn<int>("atLeast"); // bytes that come all the same
+    // atLeast: bytes that come all the same
+    addColumns<QString, int>("fault", "atLeast");
     QTest::newRow("stall") << u"stall:7000"_s << 7000;
     QTest::newRow("slow") << u"slow:2000"_s << 100;
     QTest::newRow("delay") << u"delay:1000"_s << 0;
@@ -250,14 +279,12 @@ void TestDemoBackend::faultsThatHoldAnAnswerBack_data()
 // an answer that is held back is overtaken by one that was asked for later
 void TestDemoBackend::faultsThatHoldAnAnswerBack()
 {
-    QFETCH(QString, fault);
-    QFETCH(int, atLeast);
+    const auto [fault, atLeast] = fetched<QString, int>("fault", "atLeast");
     m_backend->setFault(u"/stream/yalda?track=0="_s + fault);
     const DemoProcess::Reply held = m_backend->send(u"/stream/yalda?track=0"_s);
     QTRY_VERIFY(held->bytesAvailable() >= atLeast);
     QVERIFY(m_backend->fetch(u"/stream/yalda?track=1"_s)->bytesAvailable() > 300'000);
-    QVERIFY(!held->isFinished());
-    QVERIFY(held->bytesAvailable() <= 100'000);
+    QVERIFY(!held->isFinished() && held->bytesAvailable() <= 100'000);
     m_backend->setFault({});
 }
 

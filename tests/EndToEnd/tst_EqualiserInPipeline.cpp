@@ -1,4 +1,5 @@
 #include "Platform/Audio/GstMediaPlayer.h"
+#include "Platform/Audio/TestMedia.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Tasks/Detached.h"
 #include "Platform/Tasks/QtMainQueue.h"
@@ -10,11 +11,10 @@
 #include "Support/FakeDesktop.h"
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeUserDefaults.h"
+#include "Support/TestAccess.h"
 
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 #include <cmath>
 #include <numbers>
@@ -23,69 +23,11 @@
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
 
-struct navorin::TestAccess
-{
-    static std::unique_ptr<APIClient> makeClient(const QUrl &base, HttpSession &session)
-    {
-        return std::unique_ptr<APIClient>(new APIClient(base, session));
-    }
-    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue, HttpSession &session,
-                                                     const APIClient &client)
-    {
-        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
-    }
-    static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, FakeDesktop &desktop,
-                                                   MainQueue &queue, APIClient &client, OfflineStore &offline)
-    {
-        return std::unique_ptr<RadioPlayer>(
-            new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands, queue,
-                             client, offline}));
-    }
-    static std::unique_ptr<Equalizer> makeEqualizer(UserDefaults &defaults)
-    {
-        return std::unique_ptr<Equalizer>(new Equalizer(defaults));
-    }
-};
-
 namespace {
 
 constexpr int sampleRate = 48000;
 constexpr int seconds = 4;
 constexpr double amplitude = 0.1;
-
-/// A stereo WAV file of 32-bit float samples, a tone of 1 kHz: what the pipeline needs no conversion for.
-QByteArray toneFile()
-{
-    QByteArray samples;
-    for (int i = 0; i < sampleRate * seconds; ++i) {
-        const auto value = float(amplitude * std::sin(2 * std::numbers::pi * 1000 * i / sampleRate));
-        for (int channel = 0; channel < 2; ++channel)
-            samples.append(reinterpret_cast<const char *>(&value), sizeof value);
-    }
-    QByteArray header;
-    const auto word = [&header](auto value) {
-        const auto little = qToLittleEndian(value);
-        header.append(reinterpret_cast<const char *>(&little), sizeof little);
-    };
-    header.append("RIFF");
-    word(quint32(36 + samples.size()));
-    header.append("WAVEfmt ");
-    word(quint32(16));
-    word(quint16(3)); // IEEE float
-    word(quint16(2));
-    word(quint32(sampleRate));
-    word(quint32(sampleRate * 8));
-    word(quint16(8));
-    word(quint16(32));
-    header.append("data");
-    word(quint32(samples.size()));
-    return header + samples;
-}
-
-std::span<const float> floats(const QByteArray &bytes)
-{
-    return {reinterpret_cast<const float *>(bytes.constData()), std::size_t(bytes.size()) / sizeof(float)};
-}
 
 double rms(std::span<const float> samples)
 {
@@ -113,13 +55,22 @@ private:
     /// built.
     QByteArray played(const std::optional<QVariantList> &savedGains, bool savedOn);
 
-    QTemporaryDir m_folder;
+    MediaFolder m_folder;
+    QByteArray m_tone; ///< its samples
 };
 
 void tst_EqualiserInPipeline::initTestCase()
 {
-    qputenv("XDG_DATA_HOME", m_folder.path().toUtf8());
-    QVERIFY(QtFileStore().writeAtomically(m_folder.filePath(u"tone.wav"_s), toneFile()));
+    qputenv("XDG_DATA_HOME", m_folder.path("").toUtf8());
+    // samples that the pipeline needs no conversion for
+    QCOMPARE(runPipeline(u"audiotestsrc freq=1000 volume=%1 samplesperbuffer=%2 num-buffers=%3 ! "
+                         "audio/x-raw,format=F32LE,rate=%2,channels=2 ! wavenc ! filesink location=%4"_s
+                             .arg(amplitude)
+                             .arg(sampleRate)
+                             .arg(seconds)
+                             .arg(m_folder.path("tone.wav"))),
+             QString());
+    m_tone = m_folder.contents("tone.wav").sliced(44, sampleRate * seconds * 8);
 }
 
 QByteArray tst_EqualiserInPipeline::played(const std::optional<QVariantList> &savedGains, bool savedOn)
@@ -131,19 +82,19 @@ QByteArray tst_EqualiserInPipeline::played(const std::optional<QVariantList> &sa
     FakeUserDefaults defaults;
     defaults.setBool(u"eq.enabled"_s, savedOn);
     defaults.setObject(u"eq.gains"_s, savedGains.value_or(QVariantList()));
-    const auto output = m_folder.filePath(u"out.raw"_s);
-    GstMediaPlayer engine(queue, {"filesink location="_ba + output.toUtf8()});
-    auto client = TestAccess::makeClient(QUrl(u"https://backend.test"_s), http);
-    auto offline = TestAccess::makeOffline(files, queue, http, *client);
+    GstMediaPlayer engine(queue, {"filesink location="_ba + m_folder.path("out.raw").toUtf8()});
+    auto client = TestAccess::make<APIClient>(QUrl(u"https://backend.test"_s), http);
+    auto offline = TestAccess::makeIn<OfflineStore>(files, queue, http, *client);
     FakeDesktop desktop;
-    auto player = TestAccess::makePlayer(engine, desktop, queue, *client, *offline);
+    auto player = TestAccess::makeIn<RadioPlayer>(engine, desktop.audioSession, desktop.nowPlaying,
+                                                  desktop.remoteCommands, queue, *client, *offline);
     player->setVolume(1);
-    const auto model = savedGains ? TestAccess::makeEqualizer(defaults) : nullptr;
+    const auto model = savedGains ? TestAccess::make<Equalizer>(defaults) : nullptr;
 
     QSignalSpy ended(&engine, &MediaPlayer::itemDidPlayToEnd);
     Station station;
     station.genre = u"tone"_s;
-    station.streamURL = QUrl::fromLocalFile(m_folder.filePath(u"tone.wav"_s)).toString();
+    station.streamURL = m_folder.file("tone.wav").toString();
     detach(player->selectStation(station), "test");
     if (!ended.wait(30000))
         qWarning("the tone did not come to its end");
@@ -152,7 +103,7 @@ QByteArray tst_EqualiserInPipeline::played(const std::optional<QVariantList> &sa
         http.take().fail();
     QTest::qWait(0);
     player.reset();
-    return files.read(output).value_or(QByteArray());
+    return m_folder.contents("out.raw");
 }
 
 void tst_EqualiserInPipeline::boostsTheToneByItsGain()
@@ -167,13 +118,12 @@ void tst_EqualiserInPipeline::boostsTheToneByItsGain()
 
 void tst_EqualiserInPipeline::offIsBitIdentical()
 {
-    const auto output = played(QVariantList{0, 0, 12, 0, 0}, false);
-    QVERIFY(output == toneFile().sliced(44));
+    QVERIFY(played(QVariantList{0, 0, 12, 0, 0}, false) == m_tone);
 }
 
 void tst_EqualiserInPipeline::silentUntilItsModelIsBuilt()
 {
-    QVERIFY(played({}, true) == toneFile().sliced(44));
+    QVERIFY(played({}, true) == m_tone);
 }
 
 QTEST_GUILESS_MAIN(tst_EqualiserInPipeline)

@@ -1,4 +1,5 @@
 #include "Models/Station.h"
+#include "Support/Columns.h"
 
 #include <QTest>
 
@@ -12,19 +13,14 @@ Station station(const QByteArray &json)
     return json::decode<Station>(json);
 }
 
-PlaylistTrack track(const QByteArray &json)
-{
-    return json::decode<PlaylistTrack>(json);
-}
-
 QString shown(const std::optional<QString> &text)
 {
-    return text ? *text : u"<absent>"_s;
+    return text.value_or(u"-"_s);
 }
 
 QString shown(const std::optional<qint64> &number)
 {
-    return number ? QString::number(*number) : u"<absent>"_s;
+    return number ? QString::number(*number) : u"-"_s;
 }
 
 } // namespace
@@ -37,15 +33,11 @@ private Q_SLOTS:
     void readsEveryField();
     void textsInEveryForm_data();
     void textsInEveryForm();
-    void trackTolerance_data();
     void trackTolerance();
     void strictness_data();
     void strictness();
-    void wrapsTheTrackIndex_data();
     void wrapsTheTrackIndex();
-    void programmeLine_data();
     void programmeLine();
-    void names_data();
     void names();
     void addresses();
     void hydration();
@@ -58,15 +50,9 @@ void tst_Station::readsEveryField()
         "stream_url":"u","artwork_url":"w","source":"s","category":"iranian","display_genre":"d","track_index":-1,
         "track_count":9,"future":{"a":[1,{"b":null}]},"tracks":[{"id":5,"track_type":"radio","track_id":"x",
         "title":"گل","artist":"b","artwork_url":"c","stream_url":"e","duration":215}]})");
-    QCOMPARE(s.genre, u"g"_s);
-    QCOMPARE(s.title, u"t"_s);
-    QCOMPARE(s.artist, u"a"_s);
-    QCOMPARE(s.serverName, u"n"_s);
-    QCOMPARE(s.streamURL, u"u"_s);
-    QCOMPARE(s.artworkURL, u"w"_s);
-    QCOMPARE(s.source, u"s"_s);
-    QCOMPARE(s.category, u"iranian"_s);
-    QCOMPARE(s.displayGenre, u"d"_s);
+    const auto texts = {s.genre,       *s.title,  *s.artist,   *s.serverName,  *s.streamURL,
+                        *s.artworkURL, *s.source, *s.category, *s.displayGenre};
+    QCOMPARE(QStringList(texts).join(u' '), u"g t a n u w s iranian d"_s);
     QCOMPARE(s.trackIndex, -1);
     QCOMPARE(s.trackCount, 9);
     QCOMPARE(s.elapsedSeconds, 12.0);
@@ -81,8 +67,8 @@ void tst_Station::readsEveryField()
 
 void tst_Station::textsInEveryForm_data()
 {
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("text"); // empty: refused
+    // text: empty: refused
+    addColumns<QByteArray, QString>("json", "text");
     const QString longText = u"ترانه "_s.repeated(200);
     QTest::newRow("escapes") << R"("\"a\\\/\b\f\n\r\t\u06af")"_ba << u"\"a\\/\b\f\n\r\tگ"_s;
     QTest::newRow("surrogates") << R"("\ud83c\udfb5🎵")"_ba << u"🎵🎵"_s;
@@ -100,8 +86,7 @@ void tst_Station::textsInEveryForm_data()
 
 void tst_Station::textsInEveryForm()
 {
-    QFETCH(QByteArray, json);
-    QFETCH(QString, text);
+    const auto [json, text] = fetched<QByteArray, QString>("json", "text");
     // as a value, three times over, in a field of each tone, and as a key
     const QByteArray object = R"({"\u0067enre":)" + json + ",\"title\":" + json + R"(,"tracks":[{"id":)" +
                               json + R"(},{"title":)" + json + R"(}]})";
@@ -117,86 +102,55 @@ void tst_Station::textsInEveryForm()
     QCOMPARE(s.tracks->last().title, text);
 }
 
-void tst_Station::trackTolerance_data()
-{
-    QTest::addColumn<QByteArray>("json");
-    QTest::addColumn<QString>("id");
-    QTest::addColumn<QString>("trackID");
-    QTest::addColumn<QString>("duration");
-    const auto none = u"<absent>"_s;
-    QTest::newRow("id as text") << R"({"id":"12"})"_ba << u"12"_s << u"12"_s << none;
-    QTest::newRow("id as number") << R"({"id":5})"_ba << u"5"_s << u"5"_s << none;
-    QTest::newRow("id no number") << R"({"id":"x"})"_ba << none << u"x"_s << none;
-    QTest::newRow("id empty") << R"({"id":""})"_ba << none << u""_s << none;
-    QTest::newRow("signs") << R"({"id":"+7","duration":"-3"})"_ba << u"7"_s << u"+7"_s << u"-3"_s;
-    QTest::newRow("blank in number") << R"({"id":" 7"})"_ba << none << u" 7"_s << none;
-    QTest::newRow("persian digits") << R"({"id":"۷"})"_ba << none << u"۷"_s << none;
-    QTest::newRow("overflow as text")
-        << R"({"id":"9223372036854775808"})"_ba << none << u"9223372036854775808"_s << none;
-    QTest::newRow("limits") << R"({"id":9223372036854775807,"duration":-9223372036854775808})"_ba
-                            << u"9223372036854775807"_s << u"9223372036854775807"_s
-                            << u"-9223372036854775808"_s;
-    QTest::newRow("overflow as number")
-        << R"({"id":9223372036854775808,"duration":-9223372036854775809})"_ba << none << none << none;
-    QTest::newRow("huge") << R"({"id":99999999999999999999999999,"duration":1e30,"x":-1E+400 })"_ba << none
-                          << none << none;
-    QTest::newRow("empty track id counts") << R"({"id":3,"track_id":""})"_ba << u"3"_s << u""_s << none;
-    QTest::newRow("track id as number") << R"({"id":3,"track_id":44})"_ba << u"3"_s << u"44"_s << none;
-    QTest::newRow("wrong types") << R"({"id":true,"track_id":[1],"duration":{"a":1},"title":7})"_ba << none
-                                 << none << none;
-    QTest::newRow("duration text") << R"({"duration":"215"})"_ba << none << none << u"215"_s;
-    QTest::newRow("duration whole") << R"({"duration":215.0})"_ba << none << none << u"215"_s;
-    QTest::newRow("duration fraction") << R"({"duration":215.5})"_ba << none << none << none;
-    QTest::newRow("duration colon") << R"({"duration":"3:35"})"_ba << none << none << none;
-    QTest::newRow("empty object") << "{}"_ba << none << none << none;
-}
-
 void tst_Station::trackTolerance()
 {
-    QFETCH(QByteArray, json);
-    const auto t = track(json);
-    QTEST(shown(t.id), "id");
-    QTEST(shown(t.trackID), "trackID");
-    QTEST(shown(t.duration), "duration");
-    QVERIFY(!t.title);
+    const std::pair<QByteArray, QString> cases[]{
+        // what it gives: id, track id and duration
+        {R"({"id":"12"})", u"12 12 -"_s},
+        {R"({"id":5})", u"5 5 -"_s},
+        {R"({"id":"x"})", u"- x -"_s},
+        {R"({"id":""})", u"-  -"_s},
+        {R"({"id":"+7","duration":"-3"})", u"7 +7 -3"_s},
+        {R"({"id":" 7"})", u"-  7 -"_s},
+        {R"({"id":"۷"})", u"- ۷ -"_s},
+        {R"({"id":"9223372036854775808"})", u"- 9223372036854775808 -"_s},
+        {R"({"id":9223372036854775807,"duration":-9223372036854775808})",
+         u"9223372036854775807 9223372036854775807 -9223372036854775808"_s},
+        {R"({"id":9223372036854775808,"duration":-9223372036854775809})", u"- - -"_s},
+        {R"({"id":99999999999999999999999999,"duration":1e30,"x":-1E+400 })", u"- - -"_s},
+        {R"({"id":3,"track_id":""})", u"3  -"_s},
+        {R"({"id":3,"track_id":44})", u"3 44 -"_s},
+        {R"({"id":true,"track_id":[1],"duration":{"a":1},"title":7})", u"- - -"_s},
+        {R"({"duration":"215"})", u"- - 215"_s},
+        {R"({"duration":215.0})", u"- - 215"_s},
+        {R"({"duration":215.5})", u"- - -"_s},
+        {R"({"duration":"3:35"})", u"- - -"_s},
+        {"{}", u"- - -"_s},
+    };
+    for (const auto &[json, expected] : cases) {
+        const auto t = json::decode<PlaylistTrack>(json);
+        QCOMPARE((QStringList{shown(t.id), shown(t.trackID), shown(t.duration)}.join(u' ')), expected);
+        QVERIFY(!t.title);
+    }
 }
 
 void tst_Station::strictness_data()
 {
     QTest::addColumn<QByteArray>("json");
-    const char *bad[] = {
-        "",
-        "<html></html>",
-        "[]",
-        "null",
-        R"({"data":{}})",
-        R"({"data":[{"title":"no genre"}]})",
-        R"({"data":[{"genre":null}]})",
-        R"({"data":[{"genre":"a"},{"genre":"b","track_index":"1"}]})",
-        R"({"data":[{"genre":"a","track_index":1.5}]})",
-        R"({"data":[{"genre":"a","elapsed_seconds":"1"}]})",
-        R"({"data":[{"genre":"a","title":7}]})",
-        R"({"data":[{"genre":"a","tracks":{}}]})",
-        R"({"data":[{"genre":"a","tracks":[1]}]})",
-        R"({"data":[{"genre":"a","tracks":[null]}]})",
-        R"({"data":[{"genre":"a"}])",
-        R"({"data":[{"genre":"a"}]} x)",
-        R"({"data":[{"genre":"a"}]}{})",
-        R"({"data":[{"genre":"a","unknown":nul}]})",
-        R"({"data":[{"genre":"a","unknown":{"x":01}}]})",
-        R"({"data":[{"genre":"a","unknown":1.e5}]})",
-        R"({"data":[{"genre":"a","tracks":[{"duration":1.5e}]}]})",
-        R"({"data":[{"genre":"a","tracks":[{"id":-}]}]})",
-        R"({"data":[{"genre":"a","tracks":[{"id":0"12"}]}]})",
-        R"({"data":[{"genre":"a","tracks":[{"id":1e400:4}]}]})",
-        R"({"data":[{"genre":"a","unknown":1:4}]})",
-        R"({"data":[{"genre":"a":4}]})",
-        R"({"data":[{"genre":"a" "title":"b"}]})",
-        "{\"data\":[{\"genre\":\"\xff\xfe\"}]}",
-        R"({"code":"1","data":[]})",
-    };
-    for (const auto *text : bad)
-        QTest::newRow(text) << QByteArray(text);
+    const auto row = [](const QByteArray &json) { QTest::newRow(json.constData()) << json; };
+    for (const auto *text : {"", "<html></html>", "[]", "null", R"({"data":{}})", R"({"code":"1","data":[]})",
+                             R"({"data":[{"title":"no genre"}]})", R"({"data":[{"genre":null}]})",
+                             R"({"data":[{"genre":"a"},{"genre":"b","track_index":"1"}]})",
+                             R"({"data":[{"genre":"a"}])", R"({"data":[{"genre":"a"}]} x)",
+                             R"({"data":[{"genre":"a"}]}{})", "{\"data\":[{\"genre\":\"\xff\xfe\"}]}"})
+        row(text);
+    for (const auto *more : {R"(,"track_index":1.5)", R"(,"elapsed_seconds":"1")", R"(,"title":7)",
+                             R"(,"unknown":nul)", R"(,"unknown":{"x":01})", R"(,"unknown":1.e5)",
+                             R"(,"unknown":1:4)", ":4", R"( "title":"b")", R"(,"tracks":{})"})
+        row(R"({"data":[{"genre":"a")" + QByteArray(more) + "}]}");
+    for (const auto *track :
+         {"1", "null", R"({"duration":1.5e})", R"({"id":-})", R"({"id":0"12"})", R"({"id":1e400:4})"})
+        row(R"({"data":[{"genre":"a","tracks":[)" + QByteArray(track) + "]}]}");
     QTest::newRow("nested without end")
         << "{\"x\":"_ba + QByteArray(100000, '[') + QByteArray(100000, ']') + '}';
     QTest::newRow("truncated") << R"({"data":[{"genre":"a","title":"b)"_ba;
@@ -208,77 +162,59 @@ void tst_Station::strictness()
     QVERIFY_EXCEPTION_THROWN(json::decode<StationsResponse>(json), DecodingError);
 }
 
-void tst_Station::wrapsTheTrackIndex_data()
-{
-    QTest::addColumn<QString>("index");
-    QTest::addColumn<int>("count");
-    QTest::addColumn<int>("normalized");
-    QTest::newRow("absent") << u"null"_s << 3 << 0;
-    QTest::newRow("inside") << u"2"_s << 5 << 2;
-    QTest::newRow("too large") << u"7"_s << 5 << 2;
-    QTest::newRow("negative") << u"-1"_s << 5 << 4;
-    QTest::newRow("least") << u"-9223372036854775808"_s << 7 << 6;
-    QTest::newRow("no tracks") << u"7"_s << 0 << 0;
-}
-
 void tst_Station::wrapsTheTrackIndex()
 {
-    QFETCH(QString, index);
-    QFETCH(int, count);
-    Station s = station("{\"genre\":\"g\",\"track_index\":"_ba + index.toLatin1() + '}');
-    s.tracks = QList<PlaylistTrack>(count);
-    QTEST(int(s.normalizedTrackIndex()), "normalized");
-    QCOMPARE(s.currentTrack(), count ? &s.tracks->at(s.normalizedTrackIndex()) : nullptr);
-}
-
-void tst_Station::programmeLine_data()
-{
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("shownTitle");
-    QTest::addColumn<QString>("shownArtist");
-    QTest::newRow("three parts") << u"A - B - C"_s << u"B - C"_s << u"A"_s;
-    QTest::newRow("hyphen in the artist") << u"Jean-Luc - Song"_s << u"Luc - Song"_s << u"Jean"_s;
-    QTest::newRow("no separator") << u"A-B"_s << u"A-B"_s << u""_s;
-    QTest::newRow("persian") << u"خواننده - ترانه"_s << u"ترانه"_s << u"خواننده"_s;
-    QTest::newRow("begins with the hyphen") << u"- A - B"_s << u"A - B"_s << u"A - B"_s;
-    QTest::newRow("only the separator") << u" - "_s << u""_s << u""_s;
-    QTest::newRow("line break is no blank") << u"A - \n"_s << u"\n"_s << u"A"_s;
-    QTest::newRow("empty") << u""_s << u"genre"_s << u""_s;
+    for (const auto &[index, count, normalized] : {std::tuple("null", 3, 0),
+                                                   {"2", 5, 2},
+                                                   {"7", 5, 2},
+                                                   {"-1", 5, 4},
+                                                   {"-9223372036854775808", 7, 6},
+                                                   {"7", 0, 0}}) {
+        auto s = station(R"({"genre":"g","track_index":)" + QByteArray(index) + '}');
+        s.tracks = QList<PlaylistTrack>(count);
+        QCOMPARE(s.normalizedTrackIndex(), normalized);
+        QCOMPARE(s.currentTrack(), count ? &s.tracks->at(normalized) : nullptr);
+    }
 }
 
 void tst_Station::programmeLine()
 {
-    QFETCH(QString, title);
-    Station s;
-    s.genre = u"genre"_s;
-    s.title = title;
-    QTEST(s.displayTrackTitle(), "shownTitle");
-    QTEST(s.displayArtist(), "shownArtist");
-    QCOMPARE(s.currentTrackID(), QString(u"genre#"_s + s.displayTrackTitle()));
-}
-
-void tst_Station::names_data()
-{
-    QTest::addColumn<QString>("serverName");
-    QTest::addColumn<bool>("hidden");
-    QTest::newRow("plain") << u"رادیو موج"_s << false;
-    QTest::newRow("iranian") << u"ایرانی"_s << true;
-    QTest::newRow("blank") << u"بین المللی"_s << true;
-    QTest::newRow("joiner") << u"بین\u200Cالمللی"_s << true;
-    QTest::newRow("joined") << u"بینالمللی"_s << true;
-    QTest::newRow("empty") << u""_s << true;
+    const std::array<QString, 3> cases[]{
+        // title, and what is shown as title and as artist
+        {u"A - B - C"_s, u"B - C"_s, u"A"_s},
+        {u"Jean-Luc - Song"_s, u"Luc - Song"_s, u"Jean"_s},
+        {u"A-B"_s, u"A-B"_s, u""_s},
+        {u"خواننده - ترانه"_s, u"ترانه"_s, u"خواننده"_s},
+        {u"- A - B"_s, u"A - B"_s, u"A - B"_s},
+        {u" - "_s, u""_s, u""_s},
+        {u"A - \n"_s, u"\n"_s, u"A"_s}, // a line break is no blank
+        {u""_s, u"genre"_s, u""_s},
+    };
+    for (const auto &[title, shownTitle, shownArtist] : cases) {
+        Station s;
+        s.genre = u"genre"_s;
+        s.title = title;
+        QCOMPARE(s.displayTrackTitle(), shownTitle);
+        QCOMPARE(s.displayArtist(), shownArtist);
+        QCOMPARE(s.currentTrackID(), QString(u"genre#"_s + shownTitle));
+    }
 }
 
 void tst_Station::names()
 {
-    QFETCH(QString, serverName);
-    QFETCH(bool, hidden);
-    Station s;
-    s.genre = u"g"_s;
-    s.serverName = serverName;
-    QCOMPARE(s.displayName(), hidden ? u"g"_s : serverName);
-    s.title = u"عنوان"_s;
-    QCOMPARE(s.displayName(), hidden ? u"عنوان"_s : serverName);
+    for (const auto &[serverName, hidden] : {std::pair(u"رادیو موج"_s, false),
+                                             {u"ایرانی"_s, true},
+                                             {u"بین المللی"_s, true},
+                                             {u"بین\u200Cالمللی"_s, true},
+                                             {u"بینالمللی"_s, true},
+                                             {u""_s, true}}) {
+        Station s;
+        s.genre = u"g"_s;
+        s.serverName = serverName;
+        QCOMPARE(s.displayName(), hidden ? u"g"_s : serverName);
+        s.title = u"عنوان"_s;
+        QCOMPARE(s.displayName(), hidden ? u"عنوان"_s : serverName);
+    }
 }
 
 void tst_Station::addresses()

@@ -132,6 +132,8 @@ public:
     /// The oldest request that was not taken yet.
     [[nodiscard]] Exchange take()
     {
+        if (exchanges.empty())
+            qFatal("no request is waiting");
         Exchange exchange = exchanges.front();
         exchanges.pop_front();
         return exchange;

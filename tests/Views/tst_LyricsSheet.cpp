@@ -1,4 +1,4 @@
-#include "PlayerRig.h"
+#include "Support/ServicesRig.h"
 #include "Views/Lyrics/LyricsSheet.h"
 
 #include <QStandardPaths>
@@ -60,7 +60,7 @@ QByteArray threeLines(const QByteArray &more = {})
 }
 
 /// A player that a test moves, and a clock of the same hours.
-struct Rig : TestAccess
+struct Rig : ServicesRig
 {
     std::unique_ptr<LyricsSheet> sheet()
     {

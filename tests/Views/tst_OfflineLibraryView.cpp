@@ -96,8 +96,7 @@ void tst_OfflineLibraryView::followsTheStore()
     }
     QCOMPARE(shown(entries, RowListModel::TitleRole), (QStringList{u"3"_s, u"1"_s}));
     QCOMPARE(shown(entries, RowListModel::NoteRole), (QStringList{u"1:05"_s, u"1:05"_s}));
-    QVERIFY(inserted.size() == 2 && reset.isEmpty());
-    QVERIFY(m_view->summary().startsWith(u"2 آهنگ"_s));
+    QVERIFY(inserted.size() == 2 && reset.isEmpty() && m_view->summary().startsWith(u"2 آهنگ"_s));
 
     m_view->play(0);
     QTRY_VERIFY((m_queue->drain(), m_view->hasStation()));

@@ -4,10 +4,17 @@
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <span>
+
 namespace navorin {
 
 /// Runs a pipeline, as on a gst-launch command line, to its end. An empty text, or what went wrong.
 QString runPipeline(const QString &description);
+
+inline std::span<const float> floats(const QByteArray &bytes)
+{
+    return {reinterpret_cast<const float *>(bytes.constData()), std::size_t(bytes.size()) / sizeof(float)};
+}
 
 /// A folder of media for one test.
 class MediaFolder

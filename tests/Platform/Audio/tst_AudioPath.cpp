@@ -1,4 +1,5 @@
 #include "PlayerRig.h"
+#include "Support/Columns.h"
 #include "Support/StreamServer.h"
 #include "TestMedia.h"
 
@@ -13,15 +14,6 @@ using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
 using Status = MediaPlayer::TimeControlStatus;
-
-namespace {
-
-std::span<const float> floats(const QByteArray &bytes)
-{
-    return {reinterpret_cast<const float *>(bytes.constData()), size_t(bytes.size()) / sizeof(float)};
-}
-
-} // namespace
 
 class tst_AudioPath : public QObject
 {
@@ -52,8 +44,7 @@ void tst_AudioPath::initTestCase()
 
 void tst_AudioPath::playsFormats_data()
 {
-    QTest::addColumn<QString>("suffix");
-    QTest::addColumn<bool>("remote");
+    addColumns<QString, bool>("suffix", "remote");
     for (const auto suffix : {"wav", "mp3", "aac", "ogg", "m4a"})
         QTest::addRow("%s", suffix) << QString::fromLatin1(suffix) << false;
     for (const auto suffix : {"mp3", "aac", "ogg"})
@@ -62,8 +53,7 @@ void tst_AudioPath::playsFormats_data()
 
 void tst_AudioPath::playsFormats()
 {
-    QFETCH(QString, suffix);
-    QFETCH(bool, remote);
+    const auto [suffix, remote] = fetched<QString, bool>("suffix", "remote");
     StreamServer server;
     TapLog log;
     Rig rig;
@@ -87,8 +77,7 @@ void tst_AudioPath::playsFormats()
         QVERIFY(std::isnan(item->duration()));
     else if (suffix != u"aac"_s) // bare AAC tells only after some seconds
         QVERIFY2(std::abs(item->duration() - 0.6) < 0.15, qPrintable(QString::number(item->duration())));
-    QVERIFY(std::isnan(rig.positions.first()));
-    QVERIFY(rig.positions.last() > 0.4 && rig.positions.last() < 0.8);
+    QVERIFY(std::isnan(rig.positions.first()) && rig.positions.last() > 0.4 && rig.positions.last() < 0.8);
 
     QCOMPARE(log.prepared, 1);
     QCOMPARE(log.sampleRate, 44100.0);
@@ -96,16 +85,12 @@ void tst_AudioPath::playsFormats()
     QCOMPARE(log.flags, AudioStreamDescription::flagIsFloat);
     QVERIFY(!log.unpreparedSound);
     QCOMPARE(log.starts, 1);
-    QVERIFY(std::abs(double(log.frames) / 44100 - 0.6) < 0.15);
-    QVERIFY(log.loudest > 0.4 && log.loudest < 0.8);
+    QVERIFY(std::abs(double(log.frames) / 44100 - 0.6) < 0.15 && log.loudest > 0.4 && log.loudest < 0.8);
 }
 
 void tst_AudioPath::samples_data()
 {
-    QTest::addColumn<bool>("tapped");
-    QTest::addColumn<float>("tapGain");
-    QTest::addColumn<bool>("deaf");
-    QTest::addColumn<float>("volume");
+    addColumns<bool, float, bool, float>("tapped", "tapGain", "deaf", "volume");
     QTest::addRow("no tap") << false << 1.0F << false << 1.0F;
     QTest::addRow("a tap that does nothing") << true << 1.0F << false << 1.0F;
     QTest::addRow("a tap that turns down") << true << 0.25F << false << 1.0F;
@@ -117,10 +102,8 @@ void tst_AudioPath::samples_data()
 
 void tst_AudioPath::samples()
 {
-    QFETCH(bool, tapped);
-    QFETCH(float, tapGain);
-    QFETCH(bool, deaf);
-    QFETCH(float, volume);
+    const auto [tapped, tapGain, deaf, volume] =
+        fetched<bool, float, bool, float>("tapped", "tapGain", "deaf", "volume");
     const auto capture = u"audioconvert ! audio/x-raw,format=F32LE,layout=interleaved ! filesink location="_s;
     const auto reference = m_folder.path("reference.raw");
     QCOMPARE(runPipeline(u"filesrc location=%1 ! decodebin ! %2%3"_s.arg(m_folder.path("short.mp3"), capture,

@@ -1,4 +1,5 @@
 #include "PlayerRig.h"
+#include "Support/Columns.h"
 #include "Support/StreamServer.h"
 #include "TestMedia.h"
 
@@ -44,9 +45,7 @@ void tst_GstMediaPlayer::initTestCase()
 void tst_GstMediaPlayer::faults_data()
 {
     using End = ServedStream::End;
-    QTest::addColumn<ServedStream>("stream");
-    QTest::addColumn<bool>("sounds");
-    QTest::addColumn<bool>("fails");
+    addColumns<ServedStream, bool, bool>("stream", "sounds", "fails");
     const auto some = [this](End end) {
         return ServedStream{.body = m_folder.contents("short.mp3"), .holdAfter = 9000, .end = end};
     };
@@ -67,9 +66,7 @@ void tst_GstMediaPlayer::faults_data()
 
 void tst_GstMediaPlayer::faults()
 {
-    QFETCH(ServedStream, stream);
-    QFETCH(bool, sounds);
-    QFETCH(bool, fails);
+    const auto [stream, sounds, fails] = fetched<ServedStream, bool, bool>("stream", "sounds", "fails");
     StreamServer server;
     Rig rig("fakesink sync=true", 1s);
     const auto item = rig.start(server.serve(u"live"_s, stream));
@@ -78,13 +75,11 @@ void tst_GstMediaPlayer::faults()
     Q_EMIT server.released();
     if (fails) {
         QTRY_COMPARE_WITH_TIMEOUT(item->status(), MediaItem::Status::Failed, 10000);
-        QVERIFY(!item->error()->isEmpty());
-        QVERIFY(rig.is(Status::WaitingToPlay));
+        QVERIFY(!item->error()->isEmpty() && rig.is(Status::WaitingToPlay));
         QCOMPARE(rig.ended.size(), 0);
     } else {
         QTRY_COMPARE(rig.ended.size(), 1);
-        QVERIFY(rig.is(Status::Paused));
-        QVERIFY(!item->error());
+        QVERIFY(rig.is(Status::Paused) && !item->error());
     }
     QCOMPARE(rig.statuses.contains(Status::Playing), sounds);
     if (sounds)
@@ -134,9 +129,7 @@ void tst_GstMediaPlayer::bridgesAHole()
 
 void tst_GstMediaPlayer::seeks_data()
 {
-    QTest::addColumn<ServedStream>("stream");
-    QTest::addColumn<bool>("early");
-    QTest::addColumn<bool>("lands");
+    addColumns<ServedStream, bool, bool>("stream", "early", "lands");
     const auto body = m_folder.contents("long.mp3");
     const ServedStream track{.body = body, .sized = true, .ranges = true};
     QTest::addRow("track") << track << false << true;
@@ -148,9 +141,7 @@ void tst_GstMediaPlayer::seeks_data()
 
 void tst_GstMediaPlayer::seeks()
 {
-    QFETCH(ServedStream, stream);
-    QFETCH(bool, early);
-    QFETCH(bool, lands);
+    auto [stream, early, lands] = fetched<ServedStream, bool, bool>("stream", "early", "lands");
     StreamServer server;
     TapLog log;
     Rig rig;

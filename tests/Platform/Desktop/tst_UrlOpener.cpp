@@ -1,5 +1,6 @@
 #include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/SchemeHandlers.h"
+#include "Support/Columns.h"
 
 #include <QDir>
 #include <QFile>
@@ -34,8 +35,7 @@ private Q_SLOTS:
 
 void tst_UrlOpener::schemeHandlers_data()
 {
-    QTest::addColumn<Files>("files");
-    QTest::addColumn<bool>("found");
+    addColumns<Files, bool>("files", "found");
     const auto user = u"home/applications/a.desktop"_s;
     const auto system = u"share/applications/a.desktop"_s;
     const auto list = u"config/mimeapps.list"_s;

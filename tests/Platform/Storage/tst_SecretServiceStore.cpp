@@ -239,8 +239,7 @@ void tst_SecretServiceStore::nobodyThere()
         Client client(address);
         QCOMPARE(client.exists(), Status::NotAvailable);
         QCOMPARE(client.add("x"_ba), Status::NotAvailable);
-        QVERIFY(client.copy().isNull());
-        QVERIFY(client.store.settle());
+        QVERIFY(client.copy().isNull() && client.store.settle());
     }
 }
 
@@ -273,8 +272,7 @@ void tst_SecretServiceStore::busDies()
     Client client(session->address);
     QCOMPARE(client.add("x"_ba), Status::Success);
     session.reset();
-    QVERIFY(client.copy().isNull());
-    QVERIFY(client.store.settle());
+    QVERIFY(client.copy().isNull() && client.store.settle());
 }
 
 void tst_SecretServiceStore::hangs()
@@ -299,8 +297,7 @@ void tst_SecretServiceStore::hangs()
     // A service that answered is waited for again.
     session.signalKeyring(SIGSTOP);
     clock.restart();
-    QVERIFY(client.copy().isNull());
-    QVERIFY(clock.elapsed() >= patience);
+    QVERIFY(client.copy().isNull() && clock.elapsed() >= patience);
 }
 
 void tst_SecretServiceStore::endsWhileServiceHangs()

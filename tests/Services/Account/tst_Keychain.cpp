@@ -1,24 +1,12 @@
 #include "Services/Account/Keychain.h"
+#include "Support/Columns.h"
 #include "Support/FakeSecureItemStore.h"
+#include "Support/TestAccess.h"
 
 #include <QTest>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
-
-namespace navorin {
-
-struct TestAccess
-{
-    static void install(SecureItemStore &store)
-    {
-        Keychain::instance().reset();
-        Keychain::instance().setMaker([&store] { return std::unique_ptr<Keychain>(new Keychain(store)); });
-    }
-    static void remove() { Keychain::instance().reset(); }
-};
-
-} // namespace navorin
 
 namespace {
 
@@ -36,11 +24,10 @@ private Q_SLOTS:
     void init()
     {
         m_store.emplace();
-        TestAccess::install(*m_store);
+        TestAccess::share<Keychain>(*m_store);
     }
-    void cleanup() { TestAccess::remove(); }
+    void cleanup() { TestAccess::forget<Keychain>(); }
 
-    void reads_data();
     void reads();
     void writes_data();
     void writes();
@@ -52,40 +39,35 @@ private:
     std::optional<FakeSecureItemStore> m_store;
 };
 
-void tst_Keychain::reads_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<Text>("text");
-    const auto word = u"نشانه 🎵"_s;
-    QTest::newRow("text") << word.toUtf8() << Text(word);
-    QTest::newRow("empty") << ""_ba << Text(u""_s);
-    QTest::newRow("mark of byte order, zero") << "\xEF\xBB\xBF-\0-"_ba << Text(u"\uFEFF-\0-"_s);
-    QTest::newRow("latin-1") << "caf\xE9 au lait"_ba << Text();
-    QTest::newRow("cut") << word.toUtf8().chopped(1) << Text();
-    QTest::newRow("overlong") << "\xC0\xAF"_ba << Text();
-    QTest::newRow("surrogate") << "\xED\xA0\x80"_ba << Text();
-}
-
 void tst_Keychain::reads()
 {
-    QFETCH(const QByteArray, bytes);
-    QFETCH(const Text, text);
-    QVERIFY(!Keychain::get(key));
-    m_store->items.insert(name, QByteArray(bytes.constData(), bytes.size()));
-    QCOMPARE(Keychain::get(key), text);
-    QCOMPARE(Keychain::getSoon(key).result(), text);
-    QVERIFY(!Keychain::get(u"other"_s));
-    m_store->available = false;
-    QVERIFY(!Keychain::get(key));
+    const auto word = u"نشانه 🎵"_s;
+    const std::pair<QByteArray, Text> cases[]{
+        {word.toUtf8(), Text(word)},                    // text
+        {""_ba, Text(u""_s)},                           // empty
+        {"\xEF\xBB\xBF-\0-"_ba, Text(u"\uFEFF-\0-"_s)}, // mark of byte order, zero
+        {"caf\xE9 au lait"_ba, Text()},                 // latin-1
+        {word.toUtf8().chopped(1), Text()},             // cut
+        {"\xC0\xAF"_ba, Text()},                        // overlong
+        {"\xED\xA0\x80"_ba, Text()},                    // surrogate
+    };
+    for (const auto &[bytes, text] : cases) {
+        cleanup();
+        init();
+        QVERIFY(!Keychain::get(key));
+        m_store->items.insert(name, QByteArray(bytes.constData(), bytes.size()));
+        QCOMPARE(Keychain::get(key), text);
+        QCOMPARE(Keychain::getSoon(key).result(), text);
+        QVERIFY(!Keychain::get(u"other"_s));
+        m_store->available = false;
+        QVERIFY(!Keychain::get(key));
+    }
 }
 
 void tst_Keychain::writes_data()
 {
-    QTest::addColumn<bool>("available");
-    QTest::addColumn<QByteArray>("before");
-    QTest::addColumn<Text>("value");
-    QTest::addColumn<QStringList>("asked");
-    QTest::addColumn<QByteArray>("after");
+    addColumns<bool, QByteArray, Text, QStringList, QByteArray>("available", "before", "value", "asked",
+                                                                "after");
     const auto none = QByteArray();
     QTest::newRow("first") << true << none << Text(u"ب"_s) << QStringList{u"exists"_s, u"add"_s}
                            << "\xD8\xA8"_ba;
@@ -100,9 +82,7 @@ void tst_Keychain::writes_data()
 
 void tst_Keychain::writes()
 {
-    QFETCH(const bool, available);
-    QFETCH(const QByteArray, before);
-    QFETCH(const Text, value);
+    const auto [available, before, value] = fetched<bool, QByteArray, Text>("available", "before", "value");
     m_store->available = available;
     if (!before.isNull())
         m_store->items.insert(name, before);

@@ -10,7 +10,6 @@ class tst_ArtworkColor : public QObject
 
 private Q_SLOTS:
     void averages();
-    void pushes_data();
     void pushes();
 };
 
@@ -33,23 +32,17 @@ void tst_ArtworkColor::averages()
     QCOMPARE(averageColor(huge), QColor(254, 253, 252));
 }
 
-void tst_ArtworkColor::pushes_data()
-{
-    QTest::addColumn<QColor>("average");
-    QTest::addColumn<QColor>("vibrant");
-    QTest::newRow("pure red stays below the limits") << QColor(Qt::red) << QColor::fromHsvF(0, 0.85F, 0.95F);
-    QTest::newRow("in between") << QColor::fromHsvF(0.5F, 0.4F, 0.5F) << QColor::fromHsvF(0.5F, 0.5F, 0.54F);
-    QTest::newRow("grey has no hue") << QColor::fromHsvF(0, 0, 0.5F) << QColor::fromHsvF(0, 0, 0.54F);
-    QTest::newRow("black") << QColor(Qt::black) << QColor(Qt::black);
-    QTest::newRow("white") << QColor(Qt::white) << QColor::fromHsvF(0, 0, 0.95F);
-}
-
 void tst_ArtworkColor::pushes()
 {
-    QFETCH(QColor, average);
-    QFETCH(QColor, vibrant);
-    QCOMPARE(vibrantColor(average).name(), vibrant.name());
-    QCOMPARE(vibrantColor(average).alpha(), 255);
+    for (const auto &[average, vibrant] :
+         {std::pair(QColor(Qt::red), QColor::fromHsvF(0, 0.85F, 0.95F)), // stays below the limits
+          {QColor::fromHsvF(0.5F, 0.4F, 0.5F), QColor::fromHsvF(0.5F, 0.5F, 0.54F)},
+          {QColor::fromHsvF(0, 0, 0.5F), QColor::fromHsvF(0, 0, 0.54F)}, // grey has no hue
+          {QColor(Qt::black), QColor(Qt::black)},
+          {QColor(Qt::white), QColor::fromHsvF(0, 0, 0.95F)}}) {
+        QCOMPARE(vibrantColor(average).name(), vibrant.name());
+        QCOMPARE(vibrantColor(average).alpha(), 255);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_ArtworkColor)

@@ -1,7 +1,9 @@
 #include "Platform/Http/QtHttpSession.h"
 #include "Services/Artwork/ArtworkLoader.h"
 #include "Services/Artwork/ArtworkPreparation.h"
+#include "Support/Columns.h"
 #include "Support/ScriptedHttpServer.h"
+#include "Support/TestAccess.h"
 
 #include <QBuffer>
 #include <QPainter>
@@ -12,16 +14,6 @@
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
-
-namespace navorin {
-struct TestAccess
-{
-    static std::unique_ptr<ArtworkLoader> loader(HttpSession &session)
-    {
-        return std::unique_ptr<ArtworkLoader>(new ArtworkLoader(session));
-    }
-};
-} // namespace navorin
 
 namespace {
 
@@ -60,8 +52,7 @@ private Q_SLOTS:
 
 void tst_ArtworkLoader::prepares_data()
 {
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::addColumn<bool>("good");
+    addColumns<QByteArray, bool>("bytes", "good");
     const auto jpeg = picture({800, 600}, "jpeg");
     const auto png = picture({300, 500}, "png");
     QTest::newRow("jpeg") << jpeg << true;
@@ -86,8 +77,7 @@ void tst_ArtworkLoader::prepares_data()
 
 void tst_ArtworkLoader::prepares()
 {
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, good);
+    const auto [bytes, good] = fetched<QByteArray, bool>("bytes", "good");
     const auto image = preparedArtwork(bytes, {120, 120}, 0);
     QCOMPARE(image.size(), good ? QSize(120, 120) : QSize(0, 0));
     for (const auto point : {QPoint(3, 3), QPoint(116, 60), QPoint(60, 116)}) // no red: cut around the middle
@@ -125,7 +115,7 @@ void tst_ArtworkLoader::fetches()
     server.script("/cut"_ba, {.body = png, .ending = ScriptedAnswer::Ending::Cut});
     server.script("/nobody"_ba, {.ending = ScriptedAnswer::Ending::Hangup});
     QtHttpSession session;
-    const auto loader = TestAccess::loader(session);
+    const auto loader = TestAccess::make<ArtworkLoader>(session);
     const std::pair<QUrl, bool> cases[]{
         {server.url(u"/good"_s), true},    {QUrl::fromLocalFile(file.fileName()), true},
         {server.url(u"/error"_s), false},  {server.url(u"/cut"_s), false},
@@ -142,7 +132,7 @@ void tst_ArtworkLoader::sharesAndGivesUp()
     server.script("/a"_ba, {200, picture({64, 64}, "png"), {}, 150ms});
     server.script("/slow"_ba, {.delay = 60s});
     QtHttpSession session;
-    auto loader = TestAccess::loader(session);
+    auto loader = TestAccess::make<ArtworkLoader>(session);
     const auto load = [&](const QString &path, int size) {
         return loader->load(server.url(path), {size, size}, 4);
     };

@@ -1,22 +1,12 @@
-#include "Platform/Http/QtHttpSession.h"
 #include "Services/Backend/APIClient.h"
+#include "Support/Columns.h"
 #include "Support/FakeHttpSession.h"
-#include "Support/ScriptedHttpServer.h"
+#include "Support/TestAccess.h"
 
 #include <QTest>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
-
-namespace navorin {
-struct TestAccess
-{
-    static std::unique_ptr<APIClient> client(const QUrl &base, HttpSession &session)
-    {
-        return std::unique_ptr<APIClient>(new APIClient(base, session));
-    }
-};
-} // namespace navorin
 
 namespace {
 
@@ -50,7 +40,6 @@ class tst_APIClient : public QObject
 private Q_SLOTS:
     void judging_data();
     void judging();
-    void requestsOnTheWire();
     void addresses();
     void absoluteAddresses();
     void catalogue();
@@ -58,14 +47,15 @@ private Q_SLOTS:
 
 private:
     FakeHttpSession m_session;
-    std::unique_ptr<APIClient> m_client = TestAccess::client(QUrl(u"https://a.example"_s), m_session);
+    std::unique_ptr<APIClient> m_client =
+        TestAccess::make<APIClient>(QUrl(u"https://a.example"_s), m_session);
 };
 
 void tst_APIClient::judging_data()
 {
-    QTest::addColumn<int>("status"); // -1: not HTTP
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QStringList>("outcomes"); // of GET, POST, PUT, DELETE
+    // status: -1: not HTTP
+    // outcomes: of GET, POST, PUT, DELETE
+    addColumns<int, QByteArray, QStringList>("status", "body", "outcomes");
     const auto row = [](int status, const char *body, const QString &get, const QString &post,
                         const QString &put) {
         QTest::addRow("%d %s", status, body)
@@ -96,8 +86,7 @@ void tst_APIClient::judging_data()
 
 void tst_APIClient::judging()
 {
-    QFETCH(int, status);
-    QFETCH(QByteArray, body);
+    const auto [status, body] = fetched<int, QByteArray>("status", "body");
     const QList<QFuture<SimpleMessage>> calls{
         m_client->get<SimpleMessage>(u"x"_s), m_client->post<SimpleMessage>(u"x"_s, {}),
         m_client->put<SimpleMessage>(u"x"_s, {}), m_client->remove<SimpleMessage>(u"x"_s)};
@@ -109,32 +98,6 @@ void tst_APIClient::judging()
         outcomes.append(outcomeOf(call));
     }
     QTEST(outcomes, "outcomes");
-}
-
-void tst_APIClient::requestsOnTheWire()
-{
-    ScriptedHttpServer server;
-    for (const auto *target : {"/api/x?a=b", "/api/x"})
-        server.script(target, {200, "{}"_ba});
-    QtHttpSession session;
-    const auto client = TestAccess::client(server.url(), session);
-    const auto path = u"api/x"_s;
-    const QJsonObject body{{u"text"_s, u"گل \"&"_s}, {u"number"_s, qint64(9007199254740993)}};
-    client->get<SimpleMessage>(path, {{u"a"_s, u"b"_s}}, u"t"_s).result();
-    client->get<SimpleMessage>(path).result();
-    client->post<SimpleMessage>(path, body, u""_s).result();
-    client->put<SimpleMessage>(path, {}, u"t"_s).result();
-    client->remove<SimpleMessage>(path, u"t"_s).result();
-
-    QByteArrayList seen;
-    for (const auto &request : server.requests())
-        seen.append(request.line + '|' + request.headers.value("authorization"_ba, "-"_ba) + '|' +
-                    request.headers.value("content-type"_ba, "-"_ba) + '|' + request.body);
-    QCOMPARE(seen,
-             (QByteArrayList{
-                 "GET /api/x?a=b|Bearer t|-|"_ba, "GET /api/x|-|-|"_ba,
-                 "POST /api/x|Bearer|application/json|{\"number\":9007199254740993,\"text\":\"گل \\\"&\"}"_ba,
-                 "PUT /api/x|Bearer t|application/json|{}"_ba, "DELETE /api/x|Bearer t|-|"_ba}));
 }
 
 void tst_APIClient::addresses()

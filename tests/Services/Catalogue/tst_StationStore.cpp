@@ -2,6 +2,7 @@
 #include "Services/Catalogue/StationStore.h"
 #include "Services/Catalogue/TrackCarryOver.h"
 #include "Support/FakeHttpSession.h"
+#include "Support/TestAccess.h"
 
 #include <QCoro/QCoroTask>
 #include <QTest>
@@ -9,12 +10,13 @@
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
 
-namespace navorin {
-struct TestAccess
+namespace {
+
+struct Rig
 {
     FakeHttpSession session;
-    std::unique_ptr<APIClient> client{new APIClient(QUrl(u"https://a.example"_s), session)};
-    std::unique_ptr<StationStore> store{new StationStore(*client)};
+    std::unique_ptr<APIClient> client = TestAccess::make<APIClient>(QUrl(u"https://a.example"_s), session);
+    std::unique_ptr<StationStore> store = TestAccess::make<StationStore>(*client);
 
     void load(bool force, const QByteArray &answer, int status = 200)
     {
@@ -23,9 +25,6 @@ struct TestAccess
         QCoro::waitFor(std::move(task));
     }
 };
-} // namespace navorin
-
-namespace {
 
 /// "g" without tracks, "g:" with an empty list, "g:ab" with tracks titled a and b.
 QList<Station> stations(const QString &text)
@@ -93,7 +92,7 @@ void tst_StationStore::carriesTracksOver()
 
 void tst_StationStore::publishesInOrder()
 {
-    TestAccess access;
+    Rig access;
     auto &store = *access.store;
     QStringList events;
     connect(&store, &StationStore::isLoadingChanged, this,
@@ -115,7 +114,7 @@ void tst_StationStore::showsFailures()
     for (const auto &[filled, force, isShown] :
          {std::tuple(false, false, true), std::tuple(false, true, true), std::tuple(true, false, false),
           std::tuple(true, true, true)}) {
-        TestAccess access;
+        Rig access;
         if (filled)
             access.load(false, R"({"data":[{"genre":"a"}]})");
         access.load(force, "{}"); // lacks the list
@@ -127,7 +126,7 @@ void tst_StationStore::showsFailures()
 
 void tst_StationStore::dropsASecondLoad()
 {
-    TestAccess access;
+    Rig access;
     auto first = access.store->load(false);
     QCoro::waitFor(access.store->load(true));
     QCOMPARE(access.session.exchanges.size(), 1U);
@@ -138,7 +137,7 @@ void tst_StationStore::dropsASecondLoad()
 
 void tst_StationStore::filters()
 {
-    TestAccess access;
+    Rig access;
     auto &store = *access.store;
     access.load(false, R"({"data":[{"genre":"a","category":"iranian"},{"genre":"b"},
         {"genre":"c","category":"Iranian"},{"genre":"d","category":"instrumental","source":"iranian"},

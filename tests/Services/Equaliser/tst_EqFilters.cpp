@@ -1,4 +1,5 @@
 #include "Services/Equaliser/Ctx.h"
+#include "Support/Columns.h"
 
 #include <QTest>
 
@@ -49,7 +50,6 @@ private Q_SLOTS:
     void flatPassesUnchanged();
     void fastWaysGiveTheSameBits_data();
     void fastWaysGiveTheSameBits();
-    void integers_data();
     void integers();
 };
 
@@ -98,9 +98,7 @@ void tst_EqFilters::flatPassesUnchanged()
 
 void tst_EqFilters::fastWaysGiveTheSameBits_data()
 {
-    QTest::addColumn<int>("way");
-    QTest::addColumn<int>("cascades");
-    QTest::addColumn<int>("stride");
+    addColumns<int, int, int>("way", "cascades", "stride");
     for (const auto way : {FilterWay::Portable, FilterWay::Avx2}) {
         for (const auto &[cascades, stride] : {std::pair(1, 1), {2, 2}, {5, 5}, {2, 6}, {3, 2}, {0, 2}})
             QTest::addRow("way %d: %d of %d", int(way), cascades, stride) << int(way) << cascades << stride;
@@ -109,9 +107,7 @@ void tst_EqFilters::fastWaysGiveTheSameBits_data()
 
 void tst_EqFilters::fastWaysGiveTheSameBits()
 {
-    QFETCH(int, way);
-    QFETCH(int, cascades);
-    QFETCH(int, stride);
+    const auto [way, cascades, stride] = fetched<int, int, int>("way", "cascades", "stride");
     if (!isAvailable(FilterWay(way)))
         QSKIP("this processor cannot");
     std::vector<Cascade> expected(std::size_t(cascades), makeCascade({12, -7, 3.5F, -12, 9}, 44100));
@@ -137,48 +133,35 @@ void tst_EqFilters::fastWaysGiveTheSameBits()
     QVERIFY(compare(noise(100 * std::size_t(stride), 1e-39F)));
 }
 
-void tst_EqFilters::integers_data()
-{
-    QTest::addColumn<int>("bits");
-    QTest::addColumn<bool>("interleaved");
-    QTest::addColumn<float>("factor");
-    QTest::addColumn<QList<int>>("in");
-    QTest::addColumn<QList<int>>("out");
-    const int highest = std::numeric_limits<int>::max(), lowest = std::numeric_limits<int>::min();
-    // 1000 * 32767 / 32768 = 999.97, cut to 999
-    QTest::newRow("16 planar") << 16 << false << 1.0F << QList{1000, -1000, 32767, -32768, 0}
-                               << QList{999, -999, 32766, -32767, 0};
-    QTest::newRow("16 planar, louder") << 16 << false << 2.0F << QList{20000, -20000} << QList{32767, -32768};
-    QTest::newRow("16 interleaved, louder")
-        << 16 << true << 2.0F << QList{20000, -20000} << QList{32767, -32767};
-    QTest::newRow("32") << 32 << true << 0.5F << QList{16777216, -3, 5} << QList{8388608, -1, 2};
-    QTest::newRow("32, louder") << 32 << false << 4.0F << QList{1 << 30, -(1 << 30)}
-                                << QList{highest, lowest};
-    QTest::newRow("24 is left") << 24 << true << 2.0F << QList{1, 2, 3} << QList{1, 2, 3};
-}
-
 void tst_EqFilters::integers()
 {
-    QFETCH(int, bits);
-    QFETCH(bool, interleaved);
-    QFETCH(float, factor);
-    QFETCH(QList<int>, in);
-    QFETCH(QList<int>, out);
-    Ctx ctx;
-    ctx.interleaved = interleaved;
-    ctx.bitsPerSample = quint32(bits);
-    Cascade amplifier{};
-    for (Biquad &section : amplifier)
-        section.b0 = 1;
-    amplifier[3].b0 = factor;
-    ctx.cascades = {amplifier};
+    const int highest = std::numeric_limits<int>::max(), lowest = std::numeric_limits<int>::min();
+    const std::tuple<int, bool, float, QList<int>, QList<int>> cases[]{
+        // bits, interleaved, factor, in and out; 1000 * 32767 / 32768 = 999.97, cut to 999
+        {16, false, 1.0F, {1000, -1000, 32767, -32768, 0}, {999, -999, 32766, -32767, 0}},
+        {16, false, 2.0F, {20000, -20000}, {32767, -32768}},
+        {16, true, 2.0F, {20000, -20000}, {32767, -32767}},
+        {32, true, 0.5F, {16777216, -3, 5}, {8388608, -1, 2}},
+        {32, false, 4.0F, {1 << 30, -(1 << 30)}, {highest, lowest}},
+        {24, true, 2.0F, {1, 2, 3}, {1, 2, 3}},
+    };
+    for (auto [bits, interleaved, factor, in, out] : cases) {
+        Ctx ctx;
+        ctx.interleaved = interleaved;
+        ctx.bitsPerSample = quint32(bits);
+        Cascade amplifier{};
+        for (Biquad &section : amplifier)
+            section.b0 = 1;
+        amplifier[3].b0 = factor;
+        ctx.cascades = {amplifier};
 
-    QList<qint16> narrow(in.begin(), in.end());
-    void *data = bits == 16 ? static_cast<void *>(narrow.data()) : in.data();
-    const auto bytes = quint32(in.size() * (bits == 16 ? 2 : 4));
-    QVERIFY(!ctx.filterBuffer(0, {1, bytes - 1, data}, in.size()));
-    QCOMPARE(ctx.filterBuffer(0, {1, bytes, data}, in.size()), bits != 24);
-    QCOMPARE(bits == 16 ? QList<int>(narrow.begin(), narrow.end()) : in, out);
+        QList<qint16> narrow(in.begin(), in.end());
+        void *data = bits == 16 ? static_cast<void *>(narrow.data()) : in.data();
+        const auto bytes = quint32(in.size() * (bits == 16 ? 2 : 4));
+        QVERIFY(!ctx.filterBuffer(0, {1, bytes - 1, data}, in.size()));
+        QCOMPARE(ctx.filterBuffer(0, {1, bytes, data}, in.size()), bits != 24);
+        QCOMPARE(bits == 16 ? QList<int>(narrow.begin(), narrow.end()) : in, out);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_EqFilters)

@@ -110,7 +110,6 @@ private Q_SLOTS:
     void init() { eqSnapshotStore().write(true, loud); }
     void buildsKeepsAndEmptiesFilters();
     void bypasses();
-    void mapsChannels_data();
     void mapsChannels();
     void leavesWhatItCannotFilter();
     void passesFlagsAndFaults();
@@ -172,38 +171,31 @@ void tst_EqTap::bypasses()
     }
 }
 
-void tst_EqTap::mapsChannels_data()
-{
-    QTest::addColumn<AudioStreamDescription>("format");
-    QTest::addColumn<int>("buffers");
-    QTest::addColumn<quint32>("perBuffer");
-    QTest::addColumn<QList<int>>("cascades"); // of each channel or buffer; -1: left
-    QTest::newRow("interleaved") << format(2) << 1 << 2U << QList{0, 1};
-    QTest::newRow("surplus position") << format(2) << 1 << 3U << QList{0, 1, -1};
-    QTest::newRow("no count is one") << format(1) << 1 << 0U << QList{0};
-    QTest::newRow("planar") << format(2, planar) << 2 << 1U << QList{0, 1};
-    QTest::newRow("planar, two counted") << format(2, planar) << 2 << 2U << QList{0, 1};
-    QTest::newRow("surplus buffer") << format(1, planar) << 2 << 1U << QList{0, -1};
-}
-
 void tst_EqTap::mapsChannels()
 {
-    QFETCH(AudioStreamDescription, format);
-    QFETCH(int, buffers);
-    QFETCH(quint32, perBuffer);
-    QFETCH(QList<int>, cascades);
-    const std::size_t stride = std::max(perBuffer, 1U);
-    Host host(std::size_t(buffers), perBuffer, 32 * stride);
-    host.tap->prepare(format);
-    host.process(0); // builds; then each cascade is made to be told from the other
-    for (std::size_t c = 0; c < host.ctx().cascades.size(); ++c)
-        host.ctx().cascades[c] = {{{float(c) + 2}, {1}, {1}, {1}, {1}}};
-    host.process();
-    for (std::size_t i = 0; i < std::size_t(cascades.size()); ++i) {
-        const float factor = cascades[qsizetype(i)] < 0 ? 1 : float(cascades[qsizetype(i)] + 2);
-        for (std::size_t frame = 0; frame < 32; ++frame)
-            QCOMPARE(buffers > 1 ? host.data[i][frame] : host.data[0][frame * stride + i],
-                     host.value * factor);
+    const std::tuple<AudioStreamDescription, int, quint32, QList<int>> cases[]{
+        // format, buffers, channels in each, and the cascade of each channel or buffer; -1: left
+        {format(2), 1, 2U, {0, 1}},          // interleaved
+        {format(2), 1, 3U, {0, 1, -1}},      // surplus position
+        {format(1), 1, 0U, {0}},             // no count is one
+        {format(2, planar), 2, 1U, {0, 1}},  // planar
+        {format(2, planar), 2, 2U, {0, 1}},  // planar, two counted
+        {format(1, planar), 2, 1U, {0, -1}}, // surplus buffer
+    };
+    for (const auto &[format, buffers, perBuffer, cascades] : cases) {
+        const std::size_t stride = std::max(perBuffer, 1U);
+        Host host(std::size_t(buffers), perBuffer, 32 * stride);
+        host.tap->prepare(format);
+        host.process(0); // builds; then each cascade is made to be told from the other
+        for (std::size_t c = 0; c < host.ctx().cascades.size(); ++c)
+            host.ctx().cascades[c] = {{{float(c) + 2}, {1}, {1}, {1}, {1}}};
+        host.process();
+        for (std::size_t i = 0; i < std::size_t(cascades.size()); ++i) {
+            const float factor = cascades[qsizetype(i)] < 0 ? 1 : float(cascades[qsizetype(i)] + 2);
+            for (std::size_t frame = 0; frame < 32; ++frame)
+                QCOMPARE(buffers > 1 ? host.data[i][frame] : host.data[0][frame * stride + i],
+                         host.value * factor);
+        }
     }
 }
 

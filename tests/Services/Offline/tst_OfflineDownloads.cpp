@@ -1,16 +1,11 @@
+#include "OfflineRig.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
-#include "Services/Backend/APIClient.h"
-#include "Services/Offline/OfflineStore.h"
-#include "Support/FakeHttpSession.h"
-#include "Support/ManualMainQueue.h"
 #include "Support/ScriptedHttpServer.h"
 
 #include <QBuffer>
-#include <QDir>
 #include <QImage>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -18,18 +13,6 @@
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
 using namespace std::chrono_literals;
-
-struct navorin::TestAccess
-{
-    static std::unique_ptr<APIClient> client(HttpSession &session)
-    {
-        return std::unique_ptr<APIClient>(new APIClient(QUrl(u"https://backend.test"_s), session));
-    }
-    static std::unique_ptr<OfflineStore> store(OfflineStore::Surroundings surroundings)
-    {
-        return std::unique_ptr<OfflineStore>(new OfflineStore(std::move(surroundings)));
-    }
-};
 
 namespace {
 
@@ -89,7 +72,7 @@ QByteArray picture()
 
 } // namespace
 
-class tst_OfflineDownloads : public QObject
+class tst_OfflineDownloads : public QObject, private OfflineRig
 {
     Q_OBJECT
 
@@ -124,30 +107,23 @@ private:
     void makeStore()
     {
         m_store.reset();
-        m_store = TestAccess::store({*m_files, m_queue, m_http, *m_client, [this] { return m_now.load(); }});
+        m_store = TestAccess::makeIn<OfflineStore>(*m_files, m_queue, m_http, *m_client,
+                                                   [this] { return m_now.load(); });
     }
-    [[nodiscard]] QDir folder() const
-    {
-        return QDir(QString(m_files->applicationSupportFolder() + u"/OfflineTracks"_s));
-    }
+    [[nodiscard]] QStringList files() const { return QDir(path()).entryList(QDir::Files); }
     [[nodiscard]] QByteArray contentOf(const QString &name) const
     {
-        return m_files->read(folder().filePath(name)).value_or("absent"_ba);
+        return m_files->read(path(name)).value_or("absent"_ba);
     }
 
-    std::optional<QTemporaryDir> m_home;
     std::optional<WatchedFiles> m_files;
-    ManualMainQueue m_queue;
-    FakeHttpSession m_http;
-    std::unique_ptr<APIClient> m_client = TestAccess::client(m_http);
     std::atomic<std::chrono::steady_clock::time_point> m_now{std::chrono::steady_clock::time_point(1h)};
     std::unique_ptr<OfflineStore> m_store;
 };
 
 void tst_OfflineDownloads::init()
 {
-    m_home.emplace();
-    qputenv("XDG_DATA_HOME", m_home->path().toUtf8());
+    makeHome();
     m_files.emplace();
     makeStore();
     m_files->wroteOnUiThread = false;
@@ -170,6 +146,8 @@ void tst_OfflineDownloads::keepsWhatComes()
          {"\0\0\0\x20"
           "ftypany brand"_ba},
          u"m4a"_s},
+        {15, {"ID3\4ftypxxxxxxx"_ba}, u"mp3"_s},
+        {17, {QByteArray(5, '\0') + "ftypxxxxxxxx"_ba}, u"mp3"_s},
         {100, {"ends early"_ba}, u"mp3"_s},
         {2, {"runs on"_ba, "and on"_ba}, u"mp3"_s},
         {13, {"<html>error</html>"_ba}, u"mp3"_s},
@@ -241,7 +219,7 @@ void tst_OfflineDownloads::tellsWhatWentWrong()
         QTRY_VERIFY(isIdle());
         QCOMPARE(m_store->lastError(), QString(prefix + text));
         QVERIFY(m_store->entries().isEmpty());
-        QCOMPARE(folder().entryList(QDir::Files), QStringList{u"CACHEDIR.TAG"_s});
+        QCOMPARE(files(), QStringList{u"CACHEDIR.TAG"_s});
     }
 }
 
@@ -354,7 +332,7 @@ void tst_OfflineDownloads::cancelling()
     m_store->cancelDownload(track);
     QTRY_VERIFY(isIdle());
     QVERIFY(!m_store->lastError() && m_store->entries().isEmpty());
-    QCOMPARE(folder().entryList(QDir::Files), QStringList{u"CACHEDIR.TAG"_s});
+    QCOMPARE(files(), QStringList{u"CACHEDIR.TAG"_s});
 
     auto pictured = track;
     pictured.artworkURL = u"/a.png"_s;
@@ -386,7 +364,7 @@ void tst_OfflineDownloads::removeAllLeavesDownloadsAlone()
     QCOMPARE(m_store->entries().size(), 1);
     makeStore();
     QCOMPARE(m_store->entries().constFirst().key, u"radio|new"_s);
-    QCOMPARE(folder().entryList(QDir::Files).size(), 2);
+    QCOMPARE(files().size(), 2);
 }
 
 void tst_OfflineDownloads::savesInOrder()
@@ -409,7 +387,7 @@ void tst_OfflineDownloads::overTheNetwork()
     server.script("/to"_ba, {.body = song});
     server.script("/cut"_ba, {.body = song, .ending = ScriptedAnswer::Ending::Cut});
     QtHttpSession session(OfflineStore::sessionConfiguration());
-    m_store = TestAccess::store({*m_files, m_queue, session, *m_client});
+    m_store = TestAccess::makeIn<OfflineStore>(*m_files, m_queue, session, *m_client);
     const auto download = [&](const QString &path) {
         auto track = trackOf(path);
         track.streamURL = server.url(path).toString();
@@ -422,7 +400,7 @@ void tst_OfflineDownloads::overTheNetwork()
     const auto cut = download(u"/cut"_s); // what came of it counts
     QTRY_VERIFY((m_queue.drain(), m_store->isDownloaded(&cut)));
     QCOMPARE(m_store->entry(cut)->sizeBytes, song.size() / 2);
-    QVERIFY(folder().removeRecursively());
+    QVERIFY(QDir(path()).removeRecursively());
     download(u"/to"_s);
     QTRY_COMPARE((m_queue.drain(), m_store->lastError()), QString(prefix + u"پوشه دانلودها پیدا نشد."_s));
     m_store.reset();

@@ -1,29 +1,13 @@
+#include "OfflineRig.h"
 #include "Platform/Storage/QtFileStore.h"
-#include "Services/Backend/APIClient.h"
-#include "Services/Offline/AudioExtension.h"
-#include "Services/Offline/OfflineStore.h"
-#include "Support/FakeHttpSession.h"
-#include "Support/ManualMainQueue.h"
 
-#include <QDir>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <thread>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
-
-struct navorin::TestAccess
-{
-    static std::unique_ptr<OfflineStore> offlineStore(FileStore &files, MainQueue &queue)
-    {
-        static FakeHttpSession http;
-        static APIClient client(QUrl(u"https://backend.test"_s), http);
-        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, http, client}));
-    }
-};
 
 namespace {
 
@@ -44,13 +28,12 @@ PlaylistTrack trackOf(const QString &id)
 
 } // namespace
 
-class tst_OfflineStore : public QObject
+class tst_OfflineStore : public QObject, private OfflineRig
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void init();
-    void sniffsTheFormat();
     void identifiesTracks();
     void writesTheIndex();
     void brokenIndexIsAnEmptyLibrary();
@@ -64,43 +47,25 @@ private Q_SLOTS:
 private:
     void put(const QString &name, const QByteArray &data = "audio"_ba)
     {
-        QVERIFY(m_files->createFolder(m_support->filePath(u"navorin/OfflineTracks"_s)));
-        QVERIFY(m_files->writeAtomically(path(name), data));
+        QVERIFY(m_files->createFolder(path()) && m_files->writeAtomically(path(name), data));
     }
     void putIndex(const QByteArray &json) { put(u"../offline_index.json"_s, json); }
     [[nodiscard]] QByteArray index() const
     {
         return m_files->read(path(u"../offline_index.json"_s)).value_or("-");
     }
-    [[nodiscard]] QString path(const QString &name) const
-    {
-        return m_support->filePath(u"navorin/OfflineTracks/"_s + name);
-    }
     [[nodiscard]] std::unique_ptr<OfflineStore> store()
     {
-        return TestAccess::offlineStore(*m_files, m_queue);
+        return TestAccess::makeIn<OfflineStore>(*m_files, m_queue, m_http, *m_client);
     }
 
-    std::optional<QTemporaryDir> m_support;
     std::optional<QtFileStore> m_files;
-    ManualMainQueue m_queue;
 };
 
 void tst_OfflineStore::init()
 {
-    m_support.emplace();
-    qputenv("XDG_DATA_HOME", m_support->path().toUtf8());
+    makeHome();
     m_files.emplace();
-}
-
-void tst_OfflineStore::sniffsTheFormat()
-{
-    QCOMPARE(sniffAudioExtension({}), u"mp3"_s);
-    QCOMPARE(sniffAudioExtension(riff.first(12)), u"mp3"_s);
-    QCOMPARE(sniffAudioExtension(riff.first(13)), u"wav"_s);
-    QCOMPARE(sniffAudioExtension(ftyp), u"m4a"_s);
-    QCOMPARE(sniffAudioExtension("ID3\4ftypxxxxxxxx"_ba), u"mp3"_s);
-    QCOMPARE(sniffAudioExtension("\0\0\0\0\0ftypxxxxxx"_ba), u"mp3"_s);
 }
 
 void tst_OfflineStore::identifiesTracks()
@@ -237,8 +202,7 @@ void tst_OfflineStore::looksUpFilesOfTheMoment()
     put(u"تصویر 1.art"_s);
     QCOMPARE(QUrl(*library->artworkPathString(track), QUrl::StrictMode).toLocalFile(),
              path(u"تصویر 1.art"_s));
-    QVERIFY(m_files->remove(path(u"a.mp3"_s)));
-    QVERIFY(library->isDownloaded(&track) && !library->audioURL(track));
+    QVERIFY(m_files->remove(path(u"a.mp3"_s)) && library->isDownloaded(&track) && !library->audioURL(track));
     QVERIFY(m_files->read(path(u"CACHEDIR.TAG"_s)));
 }
 

@@ -9,6 +9,7 @@
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeMediaPlayer.h"
 #include "Support/ManualMainQueue.h"
+#include "Support/TestAccess.h"
 
 #include <QTemporaryDir>
 #include <QThreadPool>
@@ -17,34 +18,9 @@
 
 namespace navorin {
 
-struct TestAccess
-{
-    static std::unique_ptr<APIClient> makeClient(const QUrl &base, HttpSession &session)
-    {
-        return std::unique_ptr<APIClient>(new APIClient(base, session));
-    }
-    static std::unique_ptr<OfflineStore> makeOffline(FileStore &files, MainQueue &queue, HttpSession &session,
-                                                     const APIClient &client)
-    {
-        return std::unique_ptr<OfflineStore>(new OfflineStore({files, queue, session, client}));
-    }
-    static std::unique_ptr<RadioPlayer> makePlayer(MediaPlayer &engine, FakeDesktop &desktop,
-                                                   MainQueue &queue, APIClient &client, OfflineStore &offline)
-    {
-        return std::unique_ptr<RadioPlayer>(
-            new RadioPlayer({engine, desktop.audioSession, desktop.nowPlaying, desktop.remoteCommands, queue,
-                             client, offline}));
-    }
-    static bool wantsPlayback(const RadioPlayer &player) { return player.m_wantsPlayback; }
-    static bool localTrackOverride(const RadioPlayer &player) { return player.m_localTrackOverride; }
-};
-
 inline Station liveStation(const QString &genre)
 {
-    Station station;
-    station.genre = genre;
-    station.streamURL = QString(QStringLiteral("/stream/") + genre);
-    return station;
+    return {.genre = genre, .streamURL = QString(QStringLiteral("/stream/") + genre)};
 }
 
 inline Station listStation(int count, std::optional<qint64> index = {})
@@ -52,11 +28,8 @@ inline Station listStation(int count, std::optional<qint64> index = {})
     auto station = liveStation(QStringLiteral("list"));
     station.trackIndex = index;
     station.tracks.emplace();
-    for (int i = 0; i < count; ++i) {
-        PlaylistTrack track;
-        track.trackID = QString::number(i);
-        station.tracks->append(track);
-    }
+    for (int i = 0; i < count; ++i)
+        station.tracks->append(PlaylistTrack{.trackID = QString::number(i)});
     return station;
 }
 
@@ -75,14 +48,16 @@ protected:
         m_files = std::make_unique<QtFileStore>();
         m_engine = std::make_unique<FakeMediaPlayer>();
         m_desktop = std::make_unique<FakeDesktop>();
-        m_client = TestAccess::makeClient(QUrl(QStringLiteral("https://backend.test")), *m_http);
+        m_client = TestAccess::make<APIClient>(QUrl(QStringLiteral("https://backend.test")), *m_http);
         makePlayer();
     }
     void makePlayer()
     {
         m_player.reset();
-        m_offline = TestAccess::makeOffline(*m_files, *m_queue, *m_http, *m_client);
-        m_player = TestAccess::makePlayer(*m_engine, *m_desktop, *m_queue, *m_client, *m_offline);
+        m_offline = TestAccess::makeIn<OfflineStore>(*m_files, *m_queue, *m_http, *m_client);
+        m_player =
+            TestAccess::makeIn<RadioPlayer>(*m_engine, m_desktop->audioSession, m_desktop->nowPlaying,
+                                            m_desktop->remoteCommands, *m_queue, *m_client, *m_offline);
     }
     /// Coroutines that still wait end before what they use goes.
     void tearDown()
@@ -107,6 +82,13 @@ protected:
         m_engine->status = status;
         m_engine->observer(seconds);
         m_queue->drain();
+    }
+    /// Selects a station that sounds at once.
+    void listenTo(const Station &station, double seconds = 1)
+    {
+        select(station);
+        tick(Status::Playing, seconds);
+        m_engine->takeCalls();
     }
     void settle()
     {

@@ -16,23 +16,14 @@ constexpr auto infinity = std::numeric_limits<double>::infinity();
 
 Station live(const QString &title)
 {
-    Station station;
-    station.genre = u"g"_s;
-    station.title = title;
-    return station;
+    return {.genre = u"g"_s, .title = title};
 }
 
 Station listOf(int count, std::optional<qint64> index)
 {
-    Station station;
-    station.genre = u"g"_s;
-    station.trackIndex = index;
-    station.tracks.emplace();
-    for (int i = 0; i < count; ++i) {
-        PlaylistTrack track;
-        track.title = QString::number(i);
-        station.tracks->append(track);
-    }
+    Station station{.genre = u"g"_s, .trackIndex = index, .tracks = QList<PlaylistTrack>()};
+    for (int i = 0; i < count; ++i)
+        station.tracks->append(PlaylistTrack{.title = QString::number(i)});
     return station;
 }
 
@@ -43,49 +34,40 @@ class tst_PlaybackDecisions : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tick_data();
     void tick();
     void positions();
-    void metadata_data();
     void metadata();
     void liveUpdateKeepsTheTrackList();
-    void ring_data();
-    void ring();
     void ringCarriesTheTracksText();
     void nowPlaying();
 };
 
-void tst_PlaybackDecisions::tick_data()
-{
-    QTest::addColumn<Status>("status");
-    QTest::addColumn<bool>("isPlaying");
-    QTest::addColumn<bool>("isBuffering");
-    QTest::addColumn<bool>("wantsPlayback");
-    QTest::addColumn<int>("outcome");
-    const auto row = [](const char *name, Status status, bool playing, bool buffering, bool wants,
-                        TickOutcome out) {
-        QTest::newRow(name) << status << playing << buffering << wants << int(out);
-    };
-    row("pause arrives", Status::Paused, true, false, false, TickOutcome::UserPaused);
-    row("stopped by itself", Status::Paused, true, false, true, TickOutcome::Nothing);
-    row("paused already", Status::Paused, false, false, false, TickOutcome::Nothing);
-    row("waiting at start", Status::WaitingToPlay, false, true, true, TickOutcome::Buffering);
-    row("stall", Status::WaitingToPlay, true, false, true, TickOutcome::Buffering);
-    row("waiting after a pause", Status::WaitingToPlay, false, false, false, TickOutcome::Nothing);
-    row("waiting, pause not yet seen", Status::WaitingToPlay, true, false, false, TickOutcome::Buffering);
-    row("first sound", Status::Playing, false, true, true, TickOutcome::ArrivedAtPlaying);
-    row("sound again", Status::Playing, true, true, true, TickOutcome::ArrivedAtPlaying);
-    row("goes on", Status::Playing, true, false, true, TickOutcome::Nothing);
-    row("sound after an interruption", Status::Playing, false, false, true, TickOutcome::ArrivedAtPlaying);
-}
-
 void tst_PlaybackDecisions::tick()
 {
-    QFETCH(Status, status);
-    QFETCH(bool, isPlaying);
-    QFETCH(bool, isBuffering);
-    QFETCH(bool, wantsPlayback);
-    QTEST(int(tickOutcome(status, isPlaying, isBuffering, wantsPlayback)), "outcome");
+    using Outcome = TickOutcome;
+    const struct
+    {
+        const char *name;
+        Status status;
+        bool isPlaying, isBuffering, wantsPlayback;
+        Outcome outcome;
+    } cases[]{
+        {"pause arrives", Status::Paused, true, false, false, Outcome::UserPaused},
+        {"stopped by itself", Status::Paused, true, false, true, Outcome::Nothing},
+        {"paused already", Status::Paused, false, false, false, Outcome::Nothing},
+        {"waiting at start", Status::WaitingToPlay, false, true, true, Outcome::Buffering},
+        {"stall", Status::WaitingToPlay, true, false, true, Outcome::Buffering},
+        {"waiting after a pause", Status::WaitingToPlay, false, false, false, Outcome::Nothing},
+        {"waiting, pause not yet seen", Status::WaitingToPlay, true, false, false, Outcome::Buffering},
+        {"first sound", Status::Playing, false, true, true, Outcome::ArrivedAtPlaying},
+        {"sound again", Status::Playing, true, true, true, Outcome::ArrivedAtPlaying},
+        {"goes on", Status::Playing, true, false, true, Outcome::Nothing},
+        {"sound after an interruption", Status::Playing, false, false, true, Outcome::ArrivedAtPlaying},
+    };
+    for (const auto &each : cases)
+        QVERIFY2(tickOutcome(each.status, each.isPlaying, each.isBuffering, each.wantsPlayback) ==
+                     each.outcome,
+                 each.name);
 }
 
 void tst_PlaybackDecisions::positions()
@@ -103,42 +85,32 @@ void tst_PlaybackDecisions::positions()
     QCOMPARE(publishedPosition(0.5), 0.5);
     QCOMPARE(publishedDuration(180.25), 180.25);
 
-    QVERIFY(!isJump(10, 10) && !isJump(10, 10.5) && !isJump(10, 12));
-    QVERIFY(isJump(10, 9.9) && isJump(10, 12.1));
+    QVERIFY(!isJump(10, 10) && !isJump(10, 10.5) && !isJump(10, 12) && isJump(10, 9.9) && isJump(10, 12.1));
 }
 
-void tst_PlaybackDecisions::metadata_data()
+void tst_PlaybackDecisions::metadata()
 {
-    QTest::addColumn<Station>("old");
-    QTest::addColumn<Station>("fresh");
-    QTest::addColumn<bool>("override");
-    QTest::addColumn<int>("outcome");
-    const auto row = [](const char *name, const Station &old, const Station &fresh, bool override,
-                        MetadataOutcome out) { QTest::newRow(name) << old << fresh << override << int(out); };
+    using Outcome = MetadataOutcome;
     auto otherAddress = live(u"a"_s);
     otherAddress.streamURL = u"/new"_s;
     auto otherArtist = live(u"a"_s);
     otherArtist.artist = u""_s;
     auto otherTitle = listOf(3, 1);
     otherTitle.title = u"new"_s;
-    row("same live", live(u"a"_s), live(u"a"_s), false, MetadataOutcome::Nothing);
-    row("new title", live(u"a"_s), live(u"b"_s), false, MetadataOutcome::LiveUpdate);
-    row("absent is not empty", live(u"a"_s), otherArtist, false, MetadataOutcome::LiveUpdate);
-    row("address is not compared", live(u"a"_s), otherAddress, false, MetadataOutcome::Nothing);
-    row("server moved", listOf(3, 0), listOf(3, 1), false, MetadataOutcome::ServerRotation);
-    row("user chose", listOf(3, 0), listOf(3, 1), true, MetadataOutcome::Nothing);
-    row("absent moved to 0", listOf(3, {}), listOf(3, 0), false, MetadataOutcome::ServerRotation);
-    row("list title is not compared", listOf(3, 1), otherTitle, false, MetadataOutcome::Nothing);
-    row("no fresh tracks", listOf(3, 0), listOf(0, 1), false, MetadataOutcome::Nothing);
-    row("live got tracks", live(u"a"_s), listOf(3, 1), false, MetadataOutcome::LiveUpdate);
-}
-
-void tst_PlaybackDecisions::metadata()
-{
-    QFETCH(Station, old);
-    QFETCH(Station, fresh);
-    QFETCH(bool, override);
-    QTEST(int(metadataOutcome(old, fresh, override)), "outcome");
+    const std::tuple<const char *, Station, Station, bool, Outcome> cases[]{
+        {"same live", live(u"a"_s), live(u"a"_s), false, Outcome::Nothing},
+        {"new title", live(u"a"_s), live(u"b"_s), false, Outcome::LiveUpdate},
+        {"absent is not empty", live(u"a"_s), otherArtist, false, Outcome::LiveUpdate},
+        {"address is not compared", live(u"a"_s), otherAddress, false, Outcome::Nothing},
+        {"server moved", listOf(3, 0), listOf(3, 1), false, Outcome::ServerRotation},
+        {"user chose", listOf(3, 0), listOf(3, 1), true, Outcome::Nothing},
+        {"absent moved to 0", listOf(3, {}), listOf(3, 0), false, Outcome::ServerRotation},
+        {"list title is not compared", listOf(3, 1), otherTitle, false, Outcome::Nothing},
+        {"no fresh tracks", listOf(3, 0), listOf(0, 1), false, Outcome::Nothing},
+        {"live got tracks", live(u"a"_s), listOf(3, 1), false, Outcome::LiveUpdate},
+    };
+    for (const auto &[name, old, fresh, override, outcome] : cases)
+        QVERIFY2(metadataOutcome(old, fresh, override) == outcome, name);
 }
 
 void tst_PlaybackDecisions::liveUpdateKeepsTheTrackList()
@@ -151,26 +123,6 @@ void tst_PlaybackDecisions::liveUpdateKeepsTheTrackList()
     QVERIFY(!alone.tracks && !alone.trackIndex);
 }
 
-void tst_PlaybackDecisions::ring_data()
-{
-    QTest::addColumn<QString>("index");
-    QTest::addColumn<int>("delta");
-    QTest::addColumn<int>("next");
-    QTest::newRow("wraps forward") << u"2"_s << 1 << 0;
-    QTest::newRow("wraps back") << u"0"_s << -1 << 2;
-    QTest::newRow("absent counts as 0") << u""_s << 1 << 1;
-    QTest::newRow("beyond the end") << u"7"_s << 1 << 2;
-    QTest::newRow("just below zero") << u"-1"_s << -1 << 1;
-}
-
-void tst_PlaybackDecisions::ring()
-{
-    QFETCH(QString, index);
-    QFETCH(int, delta);
-    const auto station = listOf(3, index.isEmpty() ? std::nullopt : std::optional<qint64>(index.toInt()));
-    QTEST(int(*shiftedTrack(station, delta).trackIndex), "next");
-}
-
 void tst_PlaybackDecisions::ringCarriesTheTracksText()
 {
     auto station = listOf(2, 0);
@@ -178,6 +130,7 @@ void tst_PlaybackDecisions::ringCarriesTheTracksText()
     station.artworkURL = u"old art"_s;
     station.elapsedSeconds = 9;
     (*station.tracks)[1].title.reset();
+    QCOMPARE(shiftedTrack(listOf(3, {}), 1).trackIndex, 1); // absent counts as 0
     const auto next = shiftedTrack(station, 1);
     QVERIFY(!next.title && !next.artist && !next.elapsedSeconds);
     QCOMPARE(next.artworkURL, u"old art"_s);

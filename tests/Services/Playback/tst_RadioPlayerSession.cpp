@@ -1,4 +1,5 @@
 #include "RadioPlayerRig.h"
+#include "Support/Columns.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -46,9 +47,7 @@ private Q_SLOTS:
     void interruptions_data();
     void interruptions();
     void goesOnWithoutTheDevice();
-    void configuresTheSessionBeforePlaying();
     void artworkArrives();
-    void failedArtworkIsTriedAnew_data();
     void failedArtworkIsTriedAnew();
     void lastArtworkGivesTheColour();
     void programmesKeepTheirPicturesOnly();
@@ -96,9 +95,7 @@ void tst_RadioPlayerSession::tellsTheDesktop()
 
 void tst_RadioPlayerSession::commands()
 {
-    select(listStation(2, 0));
-    tick(Status::Playing, 1);
-    m_engine->takeCalls();
+    listenTo(listStation(2, 0));
     QCOMPARE(remote().pause(), RemoteCommandResult::Success);
     QCOMPARE(m_engine->takeCalls(), QStringList()); // carried out when the event loop turns
     m_queue->drain();
@@ -159,9 +156,7 @@ void tst_RadioPlayerSession::seekingCommandsNeedAPosition()
 
 void tst_RadioPlayerSession::interruptions_data()
 {
-    QTest::addColumn<QString>("state");
-    QTest::addColumn<QStringList>("atBegin");
-    QTest::addColumn<QStringList>("atEnd");
+    addColumns<QString, QStringList, QStringList>("state", "atBegin", "atEnd");
     const QStringList none;
     const QStringList pause{u"pause"_s};
     const QStringList play{u"play"_s};
@@ -212,9 +207,7 @@ void tst_RadioPlayerSession::interruptions()
 
 void tst_RadioPlayerSession::goesOnWithoutTheDevice()
 {
-    select(liveStation(u"a"_s));
-    tick(Status::Playing, 1);
-    m_engine->takeCalls();
+    listenTo(liveStation(u"a"_s));
     Q_EMIT m_desktop->audioSession.outputDeviceGone();
     m_queue->drain();
     QCOMPARE(m_engine->takeCalls(), QStringList({u"play"_s}));
@@ -223,18 +216,11 @@ void tst_RadioPlayerSession::goesOnWithoutTheDevice()
     Q_EMIT m_desktop->audioSession.outputDeviceGone();
     m_queue->drain();
     QCOMPARE(m_engine->takeCalls(), QStringList());
-}
 
-void tst_RadioPlayerSession::configuresTheSessionBeforePlaying()
-{
-    auto &session = m_desktop->audioSession;
-    QCOMPARE(session.configured, 1);
-    session.error = u"refused"_s;
-    select(liveStation(u"a"_s));
-    QCOMPARE(session.configured, 1);
-    m_engine->takeCalls();
+    QCOMPARE(m_desktop->audioSession.configured, 1);
+    m_desktop->audioSession.error = u"refused"_s;
     m_player->play();
-    QCOMPARE(session.configured, 2);
+    QCOMPARE(m_desktop->audioSession.configured, 2);
     QCOMPARE(m_engine->takeCalls(), QStringList({u"play"_s})); // refused or not
 }
 
@@ -264,30 +250,23 @@ void tst_RadioPlayerSession::artworkArrives()
     QCOMPARE(coloured.count(), 1);
 }
 
-void tst_RadioPlayerSession::failedArtworkIsTriedAnew_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    const auto whole = picture(Qt::red);
-    QTest::newRow("text") << "no picture"_ba;
-    QTest::newRow("empty") << ""_ba;
-    QTest::newRow("cut") << whole.first(whole.size() / 2);
-    QTest::newRow("drawing program") << "<svg xmlns='http://www.w3.org/2000/svg'/>"_ba;
-}
-
 void tst_RadioPlayerSession::failedArtworkIsTriedAnew()
 {
-    QFETCH(QByteArray, body);
+    const auto whole = picture(Qt::red);
     select(programme(u"a"_s, u"song"_s));
     m_queue->drain();
     QVERIFY(m_http->exchanges.front().request.largestBody); // a picture without an end is given up
-    answerArtwork(body);
-    QVERIFY(m_http->exchanges.empty()); // by the next update, not by itself
-    QCOMPARE(m_player->themeColor(), QColor::fromRgbF(0.39F, 0.40F, 0.95F));
-    m_player->seek(1);
-    m_queue->drain();
+    for (int i = 0; const auto &body : {"no picture"_ba, ""_ba, whole.first(whole.size() / 2),
+                                        "<svg xmlns='http://www.w3.org/2000/svg'/>"_ba}) {
+        answerArtwork(body);
+        QVERIFY(m_http->exchanges.empty()); // by the next update, not by itself
+        QCOMPARE(m_player->themeColor(), QColor::fromRgbF(0.39F, 0.40F, 0.95F));
+        m_player->seek(++i);
+        m_queue->drain();
+    }
     m_http->take().fail();
     settle();
-    m_player->seek(2);
+    m_player->seek(9);
     m_queue->drain();
     answerArtwork(picture(Qt::blue));
     QVERIFY(lastInfo().artwork);
