@@ -15,11 +15,13 @@ from desktop import PATIENCE, Desktop, wait_until
 from screen import Screen
 
 BIN = sys.argv.pop(1)
+# Qt's bridge to screen readers leaves things behind at the end, which a sanitizer would count as ours.
+READABLE = PATIENCE == 1
 
 
 class Account(unittest.TestCase):
     def setUp(self):
-        self.desktop = self.enterContext(Desktop(BIN, sound=False, keyring=True, accessibility=True))
+        self.desktop = self.enterContext(Desktop(BIN, sound=False, keyring=True, accessibility=READABLE))
         # What the desktop opens an address with is a file that says which.
         self.opened = self.desktop.home / "opened"
         opener = self.desktop.home / "bin/xdg-open"
@@ -121,6 +123,7 @@ class Account(unittest.TestCase):
         self.asked("/api/auth/logout", 200, after=seen)
         self.assertEqual(app.end(), 0)
 
+    @unittest.skipUnless(READABLE, "the screen is not readable here")
     def test_resets_the_password(self):
         self.sign_up()
         seen = len(self.backend.errors)
