@@ -3,12 +3,15 @@
 #include "DemoBackendProcess.h"
 #include "DeveloperFlags.h"
 #include "Platform/Audio/DesktopAudioSession.h"
+#include "Platform/Audio/GstAudioRecorder.h"
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
+#include "Platform/Desktop/DesktopApplication.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/SleepMonitor.h"
+#include "Platform/Desktop/SystemLog.h"
 #include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
@@ -24,8 +27,11 @@
 #include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Services/Recognition/ShazamManager.h"
+#include "Shared/ShazamIntents.h"
 #include "Views/ViewSetup.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QGuiApplication>
 #include <QQuickStyle>
@@ -41,6 +47,7 @@ namespace {
 
 constexpr int exitUsage = 64; // as in sysexits.h
 constexpr int exitSoftware = 70;
+constexpr int exitTemporary = 75;
 constexpr int exitConfiguration = 78;
 const QString versionText = QStringLiteral(NAVORIN_VERSION);
 
@@ -65,6 +72,23 @@ QString adHost()
 QString adSite()
 {
     return configured("NAVORIN_AD_SITE", QStringLiteral(NAVORIN_AD_SITE));
+}
+
+QStringList addressesOf(const LaunchOptions &options)
+{
+    return options.address.isEmpty() ? QStringList() : QStringList{options.address};
+}
+
+/// For this one moment, so that whoever reads the suite finds the stamp on the disk.
+void leaveRequest()
+{
+    QtMainQueue queue;
+    ShazamOpenIntent::perform(SettingsUserDefaults::openSuite(queue, ShazamRequest::suite).get());
+}
+
+double secondsSince1970()
+{
+    return double(QDateTime::currentMSecsSinceEpoch()) / 1000;
 }
 
 /// For measuring the start from outside: one line when the first frame is on the screen, one when stations
@@ -111,7 +135,10 @@ struct NavorinRadioApp::Platform
     DesktopUrlOpener urlOpener;
     QtHttpSession downloadHttp{OfflineStore::sessionConfiguration()};
     QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
+    SyslogSocket shazamLog{u"ir.navorin.NavorinRadio"_s, u"shazam"_s};
+    std::unique_ptr<UserDefaults> sharedSuite; ///< opened when it is first needed
     GstMediaPlayer player{queue};
+    GstAudioRecorder recorder{queue};
     DesktopAudioSession audioSession{queue};
     SleepMonitor sleep{QDBusConnection::systemBus()};
     MprisService mpris;
@@ -139,6 +166,7 @@ NavorinRadioApp::~NavorinRadioApp()
         QCoreApplication::processEvents();
     }
 
+    ShazamManager::instance().reset();
     RadioPlayer::instance().reset();
     AuthStore::instance().reset();
     Keychain::instance().reset();
@@ -167,6 +195,11 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
         return std::unique_ptr<RadioPlayer>(
             new RadioPlayer({platform.player, platform.audioSession, platform.mpris, platform.mpris,
                              platform.queue, APIClient::shared(), OfflineStore::shared()}));
+    });
+    ShazamManager::instance().setMaker([this, &platform] {
+        return std::unique_ptr<ShazamManager>(new ShazamManager(
+            {platform.recorder, platform.files, platform.queue, platform.shazamLog, APIClient::shared(),
+             RadioPlayer::shared(), [this] { return sharedSuite(); }, secondsSince1970}));
     });
     Keychain::instance().setMaker(
         [&platform] { return std::unique_ptr<Keychain>(new Keychain(platform.secrets)); });
@@ -204,6 +237,8 @@ bool NavorinRadioApp::showWindow()
     m_platform->queue.post([&store] { detach(store.load(false), "loading the catalogue at start"); });
     m_platform->queue.post([this, &store, &player] {
         applyDeveloperFlags(m_options, m_platform->queue, store, player, OfflineStore::shared());
+        if (!m_options.intent.isEmpty())
+            comeForward();
         open(m_options.address);
     });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, m_engine.get(),
@@ -219,12 +254,50 @@ void NavorinRadioApp::sceneBecameActive()
     auto &store = StationStore::shared();
     if (store.stations().isEmpty())
         detach(store.load(false), "loading the catalogue on activation");
+    ShazamManager::shared().checkPendingExternalRequest();
 }
 
-void NavorinRadioApp::open(const QUrl &address)
+/// Tried anew at each need while it cannot be opened.
+UserDefaults *NavorinRadioApp::sharedSuite()
 {
-    if (asksForRecognition(address))
-        raiseWindow();
+    auto &suite = m_platform->sharedSuite;
+    if (!suite)
+        suite = SettingsUserDefaults::openSuite(m_platform->queue, ShazamRequest::suite);
+    return suite.get();
+}
+
+void NavorinRadioApp::listenTo(DesktopApplication &application)
+{
+    application.setHooks({.activate = [this] { comeForward(); },
+                          .open =
+                              [this](const QStringList &addresses) {
+                                  comeForward();
+                                  for (const auto &address : addresses)
+                                      open(address);
+                              },
+                          .activateAction = [this](const QString &name) { runAction(name); }});
+}
+
+/// A window that is in front already does not become active anew, and not every desktop lets it come forward.
+void NavorinRadioApp::comeForward()
+{
+    raiseWindow();
+    sceneBecameActive();
+}
+
+void NavorinRadioApp::open(const QString &address)
+{
+    if (!asksForRecognition(address))
+        return;
+    raiseWindow();
+    ShazamManager::shared().requestOpen(true);
+}
+
+void NavorinRadioApp::runAction(const QString &name)
+{
+    if (NavorinDestinationQuery::suggestedEntities().contains(NavorinDestination{name}))
+        ShazamAppIntent::perform(sharedSuite());
+    comeForward();
 }
 
 void NavorinRadioApp::raiseWindow()
@@ -263,6 +336,20 @@ int NavorinRadioApp::run(int argc, char *argv[])
         return exitUsage;
     }
 
+    if (!options.intent.isEmpty())
+        leaveRequest();
+    DesktopApplication desktop(QDBusConnection::sessionBus());
+    switch (desktop.start(addressesOf(options))) {
+    case DesktopApplication::Start::HandedOver:
+        return 0;
+    case DesktopApplication::Start::Unanswered:
+        qCritical() << "navorin: it is running already and does not answer";
+        return exitTemporary;
+    case DesktopApplication::Start::GoesOn:
+        break;
+    }
+    QObject::connect(&application, &QGuiApplication::aboutToQuit, &desktop, &DesktopApplication::release);
+
     DemoBackendProcess demo;
     const auto baseUrl = options.demo ? demo.start()
                                       : backendAddress(qEnvironmentVariable("NAVORIN_BASE_URL"),
@@ -275,6 +362,7 @@ int NavorinRadioApp::run(int argc, char *argv[])
     const TerminationSignals termination;
     QObject::connect(&termination, &TerminationSignals::asked, &application, &QGuiApplication::quit);
     NavorinRadioApp app(*baseUrl, options);
+    app.listenTo(desktop);
     return app.showWindow() ? QGuiApplication::exec() : exitSoftware;
 }
 
