@@ -1,6 +1,6 @@
 #include "NavorinRadioApp.h"
 
-#include "DemoBackendProcess.h"
+#include "AdSettings.h"
 #include "DeveloperFlags.h"
 #include "Platform/Audio/DesktopAudioSession.h"
 #include "Platform/Audio/GstAudioRecorder.h"
@@ -12,7 +12,6 @@
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/SystemLog.h"
-#include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Storage/SecretServiceStore.h"
@@ -32,9 +31,7 @@
 #include "Views/ViewSetup.h"
 
 #include <QDateTime>
-#include <QDebug>
 #include <QGuiApplication>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QThreadPool>
@@ -44,47 +41,6 @@ namespace navorin {
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-constexpr int exitUsage = 64; // as in sysexits.h
-constexpr int exitSoftware = 70;
-constexpr int exitTemporary = 75;
-constexpr int exitConfiguration = 78;
-const QString versionText = QStringLiteral(NAVORIN_VERSION);
-
-QStringList argumentsOf(int argc, char *argv[])
-{
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return arguments;
-}
-
-QString configured(const char *variable, const QString &builtIn)
-{
-    return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariable(variable) : builtIn;
-}
-
-QString adHost()
-{
-    return configured("NAVORIN_AD_HOST", QStringLiteral(NAVORIN_AD_HOST));
-}
-
-QString adSite()
-{
-    return configured("NAVORIN_AD_SITE", QStringLiteral(NAVORIN_AD_SITE));
-}
-
-QStringList addressesOf(const LaunchOptions &options)
-{
-    return options.address.isEmpty() ? QStringList() : QStringList{options.address};
-}
-
-/// For this one moment, so that whoever reads the suite finds the stamp on the disk.
-void leaveRequest()
-{
-    QtMainQueue queue;
-    ShazamOpenIntent::perform(SettingsUserDefaults::openSuite(queue, ShazamRequest::suite).get());
-}
 
 double secondsSince1970()
 {
@@ -311,59 +267,6 @@ void NavorinRadioApp::raiseWindow()
             window->requestActivate();
         }
     }
-}
-
-int NavorinRadioApp::run(int argc, char *argv[])
-{
-    const auto informed = LaunchOptions::parse(argumentsOf(argc, argv));
-    if (informed.help || informed.version) {
-        printDebugLine(informed.help ? LaunchOptions::helpText() : u"navorin "_s + versionText);
-        return 0;
-    }
-
-    QCoreApplication::setApplicationName(u"navorin"_s);
-    QGuiApplication::setApplicationDisplayName(u"ناورین"_s);
-    QCoreApplication::setApplicationVersion(versionText);
-    QGuiApplication::setDesktopFileName(u"ir.navorin.NavorinRadio"_s);
-    QQuickStyle::setStyle(u"Basic"_s);
-    // A web view that is loaded later can only then share the window's graphics.
-    if (!adHost().isEmpty())
-        QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QGuiApplication application(argc, argv);
-    const auto options = LaunchOptions::parse(QCoreApplication::arguments().sliced(1));
-    if (!options.unknown.isEmpty()) {
-        qCritical().noquote() << "navorin: unknown argument" << options.unknown << "- see navorin --help";
-        return exitUsage;
-    }
-
-    if (!options.intent.isEmpty())
-        leaveRequest();
-    DesktopApplication desktop(QDBusConnection::sessionBus());
-    switch (desktop.start(addressesOf(options))) {
-    case DesktopApplication::Start::HandedOver:
-        return 0;
-    case DesktopApplication::Start::Unanswered:
-        qCritical() << "navorin: it is running already and does not answer";
-        return exitTemporary;
-    case DesktopApplication::Start::GoesOn:
-        break;
-    }
-    QObject::connect(&application, &QGuiApplication::aboutToQuit, &desktop, &DesktopApplication::release);
-
-    DemoBackendProcess demo;
-    const auto baseUrl = options.demo ? demo.start()
-                                      : backendAddress(qEnvironmentVariable("NAVORIN_BASE_URL"),
-                                                       QStringLiteral(NAVORIN_BASE_URL));
-    if (!baseUrl) {
-        qCritical() << "navorin: no usable backend address (https, or http to this machine, without a path)";
-        return exitConfiguration;
-    }
-
-    const TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::asked, &application, &QGuiApplication::quit);
-    NavorinRadioApp app(*baseUrl, options);
-    app.listenTo(desktop);
-    return app.showWindow() ? QGuiApplication::exec() : exitSoftware;
 }
 
 } // namespace navorin

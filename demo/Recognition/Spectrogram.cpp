@@ -1,5 +1,6 @@
 #include "Recognition/Spectrogram.h"
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <numbers>
@@ -57,6 +58,12 @@ std::vector<Complex> turns()
     return result;
 }
 
+/// The language's own looks for infinities, which takes ten times as long.
+Complex product(const Complex &a, const Complex &b)
+{
+    return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
+}
+
 /// In place, by halves (Cooley and Tukey 1965).
 void transform(std::vector<Complex> &values)
 {
@@ -74,7 +81,7 @@ void transform(std::vector<Complex> &values)
             for (std::size_t i = 0; i < length / 2; ++i) {
                 Complex &low = values[start + i];
                 Complex &high = values[start + i + length / 2];
-                const Complex turned = high * turn[i * (window / length)];
+                const Complex turned = product(high, turn[i * (window / length)]);
                 high = low - turned;
                 low += turned;
             }

@@ -144,7 +144,11 @@ template <typename T>
 QFuture<T> answerWithin(const std::shared_ptr<FirstAnswer<T>> &answer, std::chrono::milliseconds limit,
                         MainQueue &queue)
 {
-    queue.sleep(limit).then([answer] { answer->give(T()); });
+    // Weakly: what was answered is not to live as long as the limit.
+    queue.sleep(limit).then([weak = std::weak_ptr(answer)] {
+        if (const auto waiting = weak.lock())
+            waiting->give(T());
+    });
     return answer->future();
 }
 

@@ -82,7 +82,9 @@ ShazamManager::ShazamManager(Surroundings surroundings)
 
 ShazamManager::~ShazamManager()
 {
-    discardSnippet();
+    m_snippet.reset();
+    for (const auto &path : std::as_const(m_files))
+        m_surroundings.files.remove(path);
 }
 
 void ShazamManager::requestOpen(bool autoStart)
@@ -137,7 +139,7 @@ QCoro::Task<void> ShazamManager::recordAndSend(QPointer<ShazamManager> manager)
     if (!manager)
         co_return;
     if (!recording) {
-        manager->failToBegin();
+        manager->failToBegin(path);
         co_return;
     }
     manager->listen({std::move(recording), path});
@@ -161,9 +163,10 @@ void ShazamManager::listen(Snippet snippet)
     setRecognizedTrack({});
 }
 
-void ShazamManager::failToBegin()
+void ShazamManager::failToBegin(const QString &path)
 {
     discardSnippet();
+    removeFile(path);
     cleanupAudioSession();
     setListening(false);
     setErrorMessage(beginningText);
@@ -171,7 +174,7 @@ void ShazamManager::failToBegin()
 
 QCoro::Task<void> ShazamManager::uploadSample(QPointer<ShazamManager> manager, Snippet snippet)
 {
-    auto &files = manager->m_surroundings.files;
+    const auto &files = manager->m_surroundings.files;
     std::optional<ShazamData> track;
     std::optional<QString> failure;
     try {
@@ -182,11 +185,11 @@ QCoro::Task<void> ShazamManager::uploadSample(QPointer<ShazamManager> manager, S
     } catch (const std::exception &error) {
         failure = failureText(error);
     }
-    if (manager)
-        manager->publish(std::move(track), std::move(failure));
-    files.remove(snippet.path);
-    if (manager)
-        manager->cleanupAudioSession();
+    if (!manager)
+        co_return;
+    manager->publish(std::move(track), std::move(failure));
+    manager->removeFile(snippet.path);
+    manager->cleanupAudioSession();
 }
 
 void ShazamManager::publish(std::optional<ShazamData> track, std::optional<QString> failure)
@@ -210,13 +213,21 @@ void ShazamManager::cleanupAudioSession()
 void ShazamManager::discardSnippet()
 {
     if (const auto snippet = std::exchange(m_snippet, std::nullopt))
-        m_surroundings.files.remove(snippet->path);
+        removeFile(snippet->path);
 }
 
-QString ShazamManager::newSnippetPath() const
+QString ShazamManager::newSnippetPath()
 {
-    return QDir::tempPath() + u"/shazam_snippet_"_s + QString::number(qint64(m_surroundings.now())) +
-           u".m4a"_s;
+    const auto seconds = QString::number(qint64(m_surroundings.now()));
+    const QString path = QDir::tempPath() + u"/shazam_snippet_"_s + seconds + u".m4a"_s;
+    m_files.insert(path);
+    return path;
+}
+
+void ShazamManager::removeFile(const QString &path)
+{
+    m_files.remove(path);
+    m_surroundings.files.remove(path);
 }
 
 void ShazamManager::setRecognizedTrack(std::optional<ShazamData> track)

@@ -7,6 +7,7 @@
 #include <QCoro/QCoroTask>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 
 #include <functional>
 #include <memory>
@@ -33,7 +34,7 @@ class ShazamManager : public QObject
     Q_OBJECT
 public:
     static ShazamManager &shared();
-    /// A recording under way is given up, and its file removed.
+    /// A cycle under way is given up, and its file removed.
     ~ShazamManager() override;
 
     /// The microphone is recording.
@@ -97,11 +98,12 @@ private:
     static QCoro::Task<void> recordAndSend(QPointer<ShazamManager> manager);
     static QCoro::Task<void> uploadSample(QPointer<ShazamManager> manager, Snippet snippet);
     void listen(Snippet snippet);
-    void failToBegin();
+    void failToBegin(const QString &path);
     void publish(std::optional<ShazamData> track, std::optional<QString> failure);
     void cleanupAudioSession();
     void discardSnippet();
-    [[nodiscard]] QString newSnippetPath() const;
+    [[nodiscard]] QString newSnippetPath();
+    void removeFile(const QString &path);
     void setListening(bool listening);
     void setProcessing(bool processing);
 
@@ -113,6 +115,7 @@ private:
     bool m_openRequest = false;
     bool m_autoStartOnOpen = false;
     std::optional<Snippet> m_snippet; ///< while it is recorded
+    QSet<QString> m_files;            ///< of snippets, that are still to be removed
 };
 
 } // namespace navorin
