@@ -3,6 +3,8 @@
 
 usage: recognition.py BIN_FOLDER [TEST_NAME...]
 """
+import contextlib
+import json
 import pathlib
 import re
 import shutil
@@ -13,7 +15,6 @@ import threading
 import time
 import unittest
 import urllib.request
-import json
 
 from desktop import PATIENCE, Desktop, level, wait_until
 from screen import Screen
@@ -44,17 +45,14 @@ class Wiretap:
 
     @staticmethod
     def _pass_on(source, target, kept):
-        try:
+        with contextlib.suppress(OSError):
             while data := source.recv(65536):
                 kept += data
                 target.sendall(data)
-        except OSError:
-            pass
         for end in (source, target):
-            try:
+            with contextlib.suppress(OSError):
                 end.shutdown(socket.SHUT_RDWR)
-            except OSError:
-                pass
+        source.close()
 
     def snippets(self):
         found = []
@@ -85,13 +83,15 @@ class Recognition(unittest.TestCase):
         self.screen.click(LISTEN, "push button")
         self.press_disc()
 
+    def discs(self):
+        """Where the sheets' large buttons are; the small one in the header has the same name."""
+        return [node["place"] for node in self.screen.all("push button")
+                if node["name"] == LISTEN and node["place"][2] > 100]
+
     def press_disc(self):
-        def disc():
-            return next((node["place"] for node in self.screen.all("push button")
-                         if node["name"] == LISTEN and node["place"][2] > 100), None)
-        wait_until(disc, 10, "the sheet")
+        wait_until(self.discs, 10, "the sheet")
         time.sleep(0.8 * PATIENCE)  # it comes to rest
-        x, y, width, height = disc()
+        x, y, width, height = self.discs()[0]
         self.desktop.click(x + width // 2, y + height // 2)
 
     def is_listening(self):
@@ -185,11 +185,11 @@ class Recognition(unittest.TestCase):
         self.assertEqual((result.returncode, result.stdout), (0, b""), result.stderr)
 
     def sheets(self):
-        return sum(node["name"] == LISTEN for node in self.screen.all("dialog"))
+        return len(self.discs())
 
     def close_after_listening(self):
         wait_until(self.is_listening, 15, "the microphone")
-        self.assertEqual(self.sheets(), 1)
+        wait_until(lambda: self.sheets() == 1, 5, "one sheet")
         self.desktop.press("Escape")
         wait_until(lambda: not self.sheets(), 10, "the sheet goes")
         wait_until(lambda: not self.is_listening(), 20, "the end of the snippet")
