@@ -1,5 +1,6 @@
 #include "Encoder.h"
 
+#include "GStreamerPlugins.h"
 #include "OggPages.h"
 
 #include <QStringBuilder>
@@ -34,29 +35,6 @@ struct UnrefSample
 {
     void operator()(GstSample *sample) const { gst_sample_unref(sample); }
 };
-
-/// Loads only the plugins that encoding needs, by name: a scan of all plugins into a fresh registry takes a
-/// second, which the first listener would hear as silence.
-void startGStreamer()
-{
-    static const bool once = [] {
-        g_setenv("GST_REGISTRY_DISABLE", "yes", TRUE);
-        gst_init(nullptr, nullptr);
-        for (const char *name : {"coreelements", "app", "audioconvert", "lame", "audioparsers", "voaacenc",
-                                 "vorbis", "isomp4"}) {
-            const std::string file = std::string(NAVORIN_GSTREAMER_PLUGINS "/libgst") + name + ".so";
-            GError *error = nullptr;
-            GstPlugin *const plugin = gst_plugin_load_file(file.c_str(), &error);
-            if (plugin != nullptr)
-                gst_object_unref(plugin);
-            else
-                std::fprintf(stderr, "cannot load %s: %s\n", file.c_str(), error->message);
-            g_clear_error(&error);
-        }
-        return true;
-    }();
-    (void)once;
-}
 
 using Element = std::unique_ptr<GstElement, Unref>;
 using Receive = std::function<void(QByteArray bytes, bool header)>;
@@ -110,7 +88,8 @@ bool waitForEnd(GstElement *pipeline, const std::atomic<bool> &cancelled)
 bool encode(const SampleSource &source, const char *elements, Receive receive,
             const std::atomic<bool> &cancelled)
 {
-    startGStreamer();
+    loadPlugins(
+        {"coreelements", "app", "audioconvert", "lame", "audioparsers", "voaacenc", "vorbis", "isomp4"});
     const std::string description =
         std::string("appsrc name=in format=time max-bytes=0 "
                     "caps=audio/x-raw,format=F32LE,layout=interleaved,rate=44100,channels=2 "

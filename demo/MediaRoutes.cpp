@@ -4,6 +4,7 @@
 #include "Catalogue.h"
 #include "Clock.h"
 #include "LiveStream.h"
+#include "Recognition/Plays.h"
 #include "Routes.h"
 #include "StopToken.h"
 
@@ -64,13 +65,15 @@ Reply liveStream(const Station &station, const Catalogue &catalogue, MediaStore 
     return reply;
 }
 
-Reply track(const Station &station, const Catalogue &catalogue, MediaStore &media,
+Reply track(const Station &station, const Catalogue &catalogue, MediaStore &media, Plays &plays,
             const httplib::Request &request)
 {
     const bool stated = request.has_param("track");
     const auto index = stated ? numberParameter(request, "track") : catalogue.positionOf(station).index;
     if (!index || *index < 0 || static_cast<std::size_t>(*index) >= station.songs.size())
         return notFound();
+    if (request.method == "GET")
+        plays.note(station, static_cast<std::size_t>(*index));
     return audioFile(media, Sound::piece(station.songs[static_cast<std::size_t>(*index)].piece),
                      station.format);
 }
@@ -78,7 +81,7 @@ Reply track(const Station &station, const Catalogue &catalogue, MediaStore &medi
 } // namespace
 
 void addMediaRoutes(Routes &routes, const Catalogue &catalogue, MediaStore &media, ArtworkStore &artwork,
-                    const Clock &clock, const StopToken &stop)
+                    Plays &plays, const Clock &clock, const StopToken &stop)
 {
     routes.add("GET", "/api/stations",
                [&catalogue](const auto &, const auto &) { return Reply::json(catalogue.listing()); });
@@ -92,9 +95,12 @@ void addMediaRoutes(Routes &routes, const Catalogue &catalogue, MediaStore &medi
         const Station *const station = catalogue.find(genre);
         if (station == nullptr)
             return notFound();
-        return station->kind == StationKind::Live
-                   ? liveStream(*station, catalogue, media, clock, stop, request)
-                   : track(*station, catalogue, media, request);
+        // a song of a live station can also be had by itself
+        if (station->kind != StationKind::Live || request.has_param("track"))
+            return track(*station, catalogue, media, plays, request);
+        if (request.method == "GET")
+            plays.note(*station, std::nullopt);
+        return liveStream(*station, catalogue, media, clock, stop, request);
     });
     routes.add("GET", "/artwork/", [&artwork](const httplib::Request &request, const std::string &file) {
         const std::string programme = request.get_param_value(request.has_param("p") ? "p" : "v");

@@ -9,6 +9,9 @@
 #include "Lyrics/LyricsRoutes.h"
 #include "MediaRoutes.h"
 #include "Options.h"
+#include "Recognition/PieceFinder.h"
+#include "Recognition/Plays.h"
+#include "Recognition/RecognitionRoutes.h"
 #include "Routes.h"
 #include "StopToken.h"
 
@@ -65,7 +68,10 @@ int serve(const Options &options, const sigset_t &signals)
     ArtworkStore artwork;
     const std::string ownAddress = "http://" + options.address + ":" + std::to_string(port);
     const Catalogue catalogue(makeStations(options.stations, options.archiveTracks), clock, ownAddress);
-    addMediaRoutes(routes, catalogue, media, artwork, clock, stop);
+    Plays plays;
+    PieceFinder finder;
+    addMediaRoutes(routes, catalogue, media, artwork, plays, clock, stop);
+    addRecognitionRoutes(routes, catalogue, plays, finder);
     accounts->addTo(routes, options, catalogue, ownAddress);
     addLyricsRoutes(routes, catalogue);
     addFaultRoutes(routes, faults);

@@ -22,7 +22,8 @@ struct LaunchOptions
     bool help = false;
     bool version = false;
     QString unknown; ///< the first argument that means nothing, if any
-    QUrl address;    ///< a deep link, if one was given
+    QString address; ///< a deep link, as it was given
+    QString intent;  ///< --intent NAME: what is to be done, as if the desktop had asked
 
     /// `arguments` without the program's name.
     [[nodiscard]] static LaunchOptions parse(const QStringList &arguments);
@@ -33,7 +34,8 @@ struct LaunchOptions
 /// a loopback address, without a path.
 [[nodiscard]] std::optional<QUrl> backendAddress(const QString &fromEnvironment, const QString &builtIn);
 
-/// Whether a deep link asks for song recognition: the scheme "navorin" with the host "shazam".
-[[nodiscard]] bool asksForRecognition(const QUrl &address);
+/// Whether a deep link asks for song recognition: the scheme "navorin" with the host "shazam", both in
+/// exactly these letters.
+[[nodiscard]] bool asksForRecognition(const QString &address);
 
 } // namespace navorin

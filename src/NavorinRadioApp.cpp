@@ -1,15 +1,17 @@
 #include "NavorinRadioApp.h"
 
-#include "DemoBackendProcess.h"
+#include "AdSettings.h"
 #include "DeveloperFlags.h"
 #include "Platform/Audio/DesktopAudioSession.h"
+#include "Platform/Audio/GstAudioRecorder.h"
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
+#include "Platform/Desktop/DesktopApplication.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/SleepMonitor.h"
-#include "Platform/Desktop/TerminationSignals.h"
+#include "Platform/Desktop/SystemLog.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Storage/SecretServiceStore.h"
@@ -24,11 +26,12 @@
 #include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Services/Recognition/ShazamManager.h"
+#include "Shared/ShazamIntents.h"
 #include "Views/ViewSetup.h"
 
-#include <QDebug>
+#include <QDateTime>
 #include <QGuiApplication>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QThreadPool>
@@ -39,32 +42,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-constexpr int exitUsage = 64; // as in sysexits.h
-constexpr int exitSoftware = 70;
-constexpr int exitConfiguration = 78;
-const QString versionText = QStringLiteral(NAVORIN_VERSION);
-
-QStringList argumentsOf(int argc, char *argv[])
+double secondsSince1970()
 {
-    QStringList arguments;
-    for (int i = 1; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    return arguments;
-}
-
-QString configured(const char *variable, const QString &builtIn)
-{
-    return qEnvironmentVariableIsSet(variable) ? qEnvironmentVariable(variable) : builtIn;
-}
-
-QString adHost()
-{
-    return configured("NAVORIN_AD_HOST", QStringLiteral(NAVORIN_AD_HOST));
-}
-
-QString adSite()
-{
-    return configured("NAVORIN_AD_SITE", QStringLiteral(NAVORIN_AD_SITE));
+    return double(QDateTime::currentMSecsSinceEpoch()) / 1000;
 }
 
 /// For measuring the start from outside: one line when the first frame is on the screen, one when stations
@@ -111,7 +91,10 @@ struct NavorinRadioApp::Platform
     DesktopUrlOpener urlOpener;
     QtHttpSession downloadHttp{OfflineStore::sessionConfiguration()};
     QtHttpSession artworkHttp{ArtworkLoader::sessionConfiguration()};
+    SyslogSocket shazamLog{u"ir.navorin.NavorinRadio"_s, u"shazam"_s};
+    std::unique_ptr<UserDefaults> sharedSuite; ///< opened when it is first needed
     GstMediaPlayer player{queue};
+    GstAudioRecorder recorder{queue};
     DesktopAudioSession audioSession{queue};
     SleepMonitor sleep{QDBusConnection::systemBus()};
     MprisService mpris;
@@ -139,6 +122,7 @@ NavorinRadioApp::~NavorinRadioApp()
         QCoreApplication::processEvents();
     }
 
+    ShazamManager::instance().reset();
     RadioPlayer::instance().reset();
     AuthStore::instance().reset();
     Keychain::instance().reset();
@@ -167,6 +151,11 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
         return std::unique_ptr<RadioPlayer>(
             new RadioPlayer({platform.player, platform.audioSession, platform.mpris, platform.mpris,
                              platform.queue, APIClient::shared(), OfflineStore::shared()}));
+    });
+    ShazamManager::instance().setMaker([this, &platform] {
+        return std::unique_ptr<ShazamManager>(new ShazamManager(
+            {platform.recorder, platform.files, platform.queue, platform.shazamLog, APIClient::shared(),
+             RadioPlayer::shared(), [this] { return sharedSuite(); }, secondsSince1970}));
     });
     Keychain::instance().setMaker(
         [&platform] { return std::unique_ptr<Keychain>(new Keychain(platform.secrets)); });
@@ -204,6 +193,8 @@ bool NavorinRadioApp::showWindow()
     m_platform->queue.post([&store] { detach(store.load(false), "loading the catalogue at start"); });
     m_platform->queue.post([this, &store, &player] {
         applyDeveloperFlags(m_options, m_platform->queue, store, player, OfflineStore::shared());
+        if (!m_options.intent.isEmpty())
+            comeForward();
         open(m_options.address);
     });
     QObject::connect(qGuiApp, &QGuiApplication::applicationStateChanged, m_engine.get(),
@@ -219,12 +210,50 @@ void NavorinRadioApp::sceneBecameActive()
     auto &store = StationStore::shared();
     if (store.stations().isEmpty())
         detach(store.load(false), "loading the catalogue on activation");
+    ShazamManager::shared().checkPendingExternalRequest();
 }
 
-void NavorinRadioApp::open(const QUrl &address)
+/// Tried anew at each need while it cannot be opened.
+UserDefaults *NavorinRadioApp::sharedSuite()
 {
-    if (asksForRecognition(address))
-        raiseWindow();
+    auto &suite = m_platform->sharedSuite;
+    if (!suite)
+        suite = SettingsUserDefaults::openSuite(m_platform->queue, ShazamRequest::suite);
+    return suite.get();
+}
+
+void NavorinRadioApp::listenTo(DesktopApplication &application)
+{
+    application.setHooks({.activate = [this] { comeForward(); },
+                          .open =
+                              [this](const QStringList &addresses) {
+                                  comeForward();
+                                  for (const auto &address : addresses)
+                                      open(address);
+                              },
+                          .activateAction = [this](const QString &name) { runAction(name); }});
+}
+
+/// A window that is in front already does not become active anew, and not every desktop lets it come forward.
+void NavorinRadioApp::comeForward()
+{
+    raiseWindow();
+    sceneBecameActive();
+}
+
+void NavorinRadioApp::open(const QString &address)
+{
+    if (!asksForRecognition(address))
+        return;
+    raiseWindow();
+    ShazamManager::shared().requestOpen(true);
+}
+
+void NavorinRadioApp::runAction(const QString &name)
+{
+    if (NavorinDestinationQuery::suggestedEntities().contains(NavorinDestination{name}))
+        ShazamAppIntent::perform(sharedSuite());
+    comeForward();
 }
 
 void NavorinRadioApp::raiseWindow()
@@ -238,44 +267,6 @@ void NavorinRadioApp::raiseWindow()
             window->requestActivate();
         }
     }
-}
-
-int NavorinRadioApp::run(int argc, char *argv[])
-{
-    const auto informed = LaunchOptions::parse(argumentsOf(argc, argv));
-    if (informed.help || informed.version) {
-        printDebugLine(informed.help ? LaunchOptions::helpText() : u"navorin "_s + versionText);
-        return 0;
-    }
-
-    QCoreApplication::setApplicationName(u"navorin"_s);
-    QGuiApplication::setApplicationDisplayName(u"ناورین"_s);
-    QCoreApplication::setApplicationVersion(versionText);
-    QGuiApplication::setDesktopFileName(u"ir.navorin.NavorinRadio"_s);
-    QQuickStyle::setStyle(u"Basic"_s);
-    // A web view that is loaded later can only then share the window's graphics.
-    if (!adHost().isEmpty())
-        QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    QGuiApplication application(argc, argv);
-    const auto options = LaunchOptions::parse(QCoreApplication::arguments().sliced(1));
-    if (!options.unknown.isEmpty()) {
-        qCritical().noquote() << "navorin: unknown argument" << options.unknown << "- see navorin --help";
-        return exitUsage;
-    }
-
-    DemoBackendProcess demo;
-    const auto baseUrl = options.demo ? demo.start()
-                                      : backendAddress(qEnvironmentVariable("NAVORIN_BASE_URL"),
-                                                       QStringLiteral(NAVORIN_BASE_URL));
-    if (!baseUrl) {
-        qCritical() << "navorin: no usable backend address (https, or http to this machine, without a path)";
-        return exitConfiguration;
-    }
-
-    const TerminationSignals termination;
-    QObject::connect(&termination, &TerminationSignals::asked, &application, &QGuiApplication::quit);
-    NavorinRadioApp app(*baseUrl, options);
-    return app.showWindow() ? QGuiApplication::exec() : exitSoftware;
 }
 
 } // namespace navorin

@@ -9,6 +9,9 @@
 
 namespace navorin {
 
+class DesktopApplication;
+class UserDefaults;
+
 /// The composition root: makes the platform's pieces, tells each service how it is made, opens the window and
 /// hands over what comes from outside. The only place that knows every part.
 class NavorinRadioApp
@@ -29,8 +32,12 @@ private:
     void installServices(const QUrl &baseUrl);
     [[nodiscard]] bool showWindow();
     void sceneBecameActive();
-    void open(const QUrl &address);
+    void listenTo(DesktopApplication &application);
+    void comeForward();
+    void open(const QString &address);
+    void runAction(const QString &name);
     void raiseWindow();
+    [[nodiscard]] UserDefaults *sharedSuite();
 
     LaunchOptions m_options;
     std::unique_ptr<Platform> m_platform;

@@ -14,7 +14,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     const auto arguments = QString::fromUtf8(input.rest()).split(u'\n');
     const auto options = LaunchOptions::parse(arguments);
     if (asksForRecognition(options.address))
-        require(options.address.scheme() == QLatin1String("navorin"), "only our own scheme is taken");
+        require(options.address.startsWith(QLatin1String("navorin://")), "only our own scheme is taken");
     if (const auto backend = backendAddress(arguments.first(), arguments.last()))
         require(isUsableBase(*backend), "a backend is reached safely or not at all");
     return 0;

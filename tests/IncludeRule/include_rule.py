@@ -16,7 +16,7 @@ import tempfile
 FOLDERS = {
     "Models": {"Models"},
     "Platform": {"Platform"},
-    "Services": {"Services", "Models", "Platform"},
+    "Services": {"Services", "Models", "Platform", "Shared"},
     "Shared": {"Shared", "Platform"},
     "Views": {"Views", "Services", "Models", "Shared", "Platform/Desktop", "Platform/Tasks"},
 }

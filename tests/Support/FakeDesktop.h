@@ -3,7 +3,9 @@
 #include "Platform/Audio/AudioSession.h"
 #include "Platform/Desktop/NowPlayingCenter.h"
 #include "Platform/Desktop/RemoteCommandCenter.h"
+#include "Platform/Desktop/SystemLog.h"
 #include "Platform/Desktop/UrlOpener.h"
+#include "Support/FakeAudioRecorder.h"
 
 #include <QList>
 #include <QStringList>
@@ -66,12 +68,25 @@ public:
     QStringList opened;
 };
 
+class FakeSystemLog final : public SystemLog
+{
+public:
+    void write(Level level, const QString &line) override
+    {
+        lines << (level == Level::Error ? QStringLiteral("error ") : QStringLiteral("info ")) + line;
+    }
+
+    QStringList lines;
+};
+
 struct FakeDesktop
 {
     FakeAudioSession audioSession;
     FakeNowPlayingCenter nowPlaying;
     FakeRemoteCommandCenter remoteCommands;
     FakeUrlOpener urlOpener;
+    FakeSystemLog systemLog;
+    FakeAudioRecorder microphone;
 };
 
 } // namespace navorin

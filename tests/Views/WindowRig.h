@@ -10,6 +10,7 @@
 #include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Services/Recognition/ShazamManager.h"
 #include "Support/FakeDesktop.h"
 #include "Support/FakeHttpSession.h"
 #include "Support/FakeMediaPlayer.h"
@@ -83,8 +84,8 @@ protected:
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
         m_player->item.reset();
-        TestAccess::forget<Equalizer, RadioPlayer, AuthStore, Keychain, StationStore, OfflineStore,
-                           ArtworkLoader, APIClient>();
+        TestAccess::forget<Equalizer, ShazamManager, RadioPlayer, AuthStore, Keychain, StationStore,
+                           OfflineStore, ArtworkLoader, APIClient>();
     }
 
     /// All visible items below `root`, the window itself unless told, for which `isWanted` holds.
@@ -176,7 +177,12 @@ private:
         TestAccess::shareIn<RadioPlayer>(*m_player, m_desktop.audioSession, m_desktop.nowPlaying,
                                          m_desktop.remoteCommands, *m_queue, APIClient::shared(),
                                          OfflineStore::shared());
+        TestAccess::shareIn<ShazamManager>(m_desktop.microphone, m_files, *m_queue, m_desktop.systemLog,
+                                           APIClient::shared(), RadioPlayer::shared(), m_noSuite, m_now);
     }
+
+    const std::function<UserDefaults *()> m_noSuite = [] { return nullptr; };
+    const std::function<double()> m_now = [] { return 1e9; };
 
     const QUrl m_address{QStringLiteral("http://127.0.0.1:9")};
     InstantServer m_pictures{404};

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void theFullPlayerIsWalkedByKeyboard();
     void aStationWithTracksHasAScreen();
     void theEqualiserIsMadeByItsSheet();
+    void aRequestFromOutsideOpensOneSheet();
 
 private:
     [[nodiscard]] QQuickItem *card(int number) const
@@ -157,12 +158,12 @@ void tst_Screens::walkedByKeyboard()
 {
     fill(6);
     QStringList walk;
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 7; ++i) {
         key(Qt::Key_Tab);
         walk << focused();
     }
-    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"جستجوی ساندکلود"_s, u"حساب کاربری"_s, u"همه"_s,
-                                u"ایستگاه 0"_s}));
+    QCOMPARE(walk, QStringList({u"رادیو"_s, u"کتابخانه"_s, u"تشخیص آهنگ"_s, u"جستجوی ساندکلود"_s,
+                                u"حساب کاربری"_s, u"همه"_s, u"ایستگاه 0"_s}));
     key(Qt::Key_Left);
     QCOMPARE(m_window->activeFocusItem(), card(1));
     key(Qt::Key_Return);
@@ -310,6 +311,31 @@ void tst_Screens::theEqualiserIsMadeByItsSheet()
     Equalizer::shared().setSelectedPreset(EQPreset::customName);
     for (auto *row : items("EQBandRow"_ba))
         QVERIFY(row->isEnabled());
+}
+
+void tst_Screens::aRequestFromOutsideOpensOneSheet()
+{
+    auto &shazam = ShazamManager::shared();
+    shazam.requestOpen(true);
+    shazam.requestOpen(true);
+    QVERIFY(!shazam.openRequest());
+    QTRY_COMPARE(items("ListenButton"_ba).size(), 1);
+    QTRY_COMPARE(focused(), u"تشخیص آهنگ"_s);
+    QVERIFY(items("ListenButton"_ba).at(0)->hasActiveFocus());
+    m_queue->advance(std::chrono::milliseconds(800));
+    QTRY_VERIFY(shazam.isListening());
+    for (const auto &size : {QSize(420, 800), QSize(1000, 700)}) {
+        m_window->resize(size);
+        QTRY_VERIFY(QRect({}, size).contains(middleOf(items("ListenButton"_ba).at(0))));
+    }
+    shazam.setRecognizedTrack(ShazamData{.title = u"باران"_s, .streamURL = u"/song"_s});
+    QTRY_VERIFY(button(u"پخش در رادیو"_s));
+    QTRY_VERIFY(middleOf(button(u"پخش در رادیو"_s)).y() < m_window->height() - 24);
+    click(button(u"پخش در رادیو"_s));
+    QTRY_VERIFY(m_player->calls.contains(u"replace http://127.0.0.1:9/song"_s));
+    QTRY_VERIFY(items("ListenButton"_ba).isEmpty() && RadioPlayer::shared().isFullPlayerPresented());
+    QVERIFY(!shazam.recognizedTrack());
+    QCOMPARE(RadioPlayer::shared().currentStation()->genre, u"shazam-result"_s);
 }
 
 QTEST_MAIN(tst_Screens)

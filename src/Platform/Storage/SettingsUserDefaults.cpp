@@ -1,6 +1,8 @@
 #include "Platform/Storage/SettingsUserDefaults.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSettings>
@@ -74,6 +76,13 @@ SettingsUserDefaults::~SettingsUserDefaults()
     save();
 }
 
+std::unique_ptr<UserDefaults> SettingsUserDefaults::openSuite(MainQueue &queue, const QString &suite)
+{
+    const QFileInfo file(settingsPath(suite));
+    const auto usable = file.exists() ? file.isFile() && file.isReadable() : QDir().mkpath(file.path());
+    return usable ? std::make_unique<SettingsUserDefaults>(queue, suite) : nullptr;
+}
+
 QVariant SettingsUserDefaults::object(const QString &key) const
 {
     {
@@ -140,6 +149,8 @@ void SettingsUserDefaults::rereadIfChanged() const
     m_onDisk.clear();
     const QSettings file(m_path, QSettings::IniFormat);
     for (const auto &key : file.allKeys()) {
+        if (key.isEmpty())
+            continue;
         const auto value = file.value(key);
         // The INI reader cuts a value written by hand at its commas.
         m_onDisk.insert(key, value.typeId() == QMetaType::QStringList ? value.toStringList().join(u',')

@@ -25,6 +25,8 @@ public:
     /// `suite` names the file, "<suite>.conf": several programs may share one.
     explicit SettingsUserDefaults(MainQueue &queue, const QString &suite = QStringLiteral("navorin"));
     ~SettingsUserDefaults() override;
+    /// A suite that several programs share; null where its file can neither be read nor made.
+    [[nodiscard]] static std::unique_ptr<UserDefaults> openSuite(MainQueue &queue, const QString &suite);
     Q_DISABLE_COPY_MOVE(SettingsUserDefaults)
 
     [[nodiscard]] QVariant object(const QString &key) const override;

@@ -104,7 +104,8 @@ QFuture<void> QtMainQueue::sleep(std::chrono::milliseconds delay)
 {
     auto promise = std::make_shared<QPromise<void>>();
     promise->start();
-    QTimer::singleShot(delay, m_mailbox.get(), [promise] { promise->finish(); });
+    // Qt would else be up to a twentieth early or late, which is much of a recording.
+    QTimer::singleShot(delay, Qt::PreciseTimer, m_mailbox.get(), [promise] { promise->finish(); });
     return promise->future();
 }
 

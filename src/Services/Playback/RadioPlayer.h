@@ -84,6 +84,10 @@ public:
     Q_INVOKABLE void skip(double seconds);
     void setVolume(float volume);
 
+    /// Makes the desktop's audio session one that plays; to be repeated after anybody has recorded. A failure
+    /// is printed.
+    void configureAudioSession();
+
     /// The station's track list has at least two entries.
     [[nodiscard]] bool canSkipTracks() const;
     /// One step forward on the ring of tracks, where there is one.
@@ -146,7 +150,6 @@ private:
     void setupRemoteCommands();
     void addSeekingCommands(RemoteCommands &commands);
     [[nodiscard]] bool canSeek() const;
-    void configureAudioSession();
     void observeAudioSession();
     void handleInterruptionBegan();
     void handleInterruptionEnded(bool shouldResume);

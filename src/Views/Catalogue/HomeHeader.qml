@@ -6,7 +6,11 @@ Item {
     id: header
 
     required property HomeViewState home
+    // The greeting has to fit beside the buttons of a narrow window.
+    readonly property bool isTight: width < 480
+    readonly property real buttonSize: isTight ? 36 : 40
 
+    signal shazamRequested
     signal searchRequested
     signal accountRequested
 
@@ -16,7 +20,7 @@ Item {
         id: leading
         anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
-        width: parent.width - trailing.width - 16
+        width: parent.width - trailing.width - (header.isTight ? 8 : 16)
 
         GradientText {
             anchors.left: parent.left
@@ -32,7 +36,7 @@ Item {
         NText {
             width: parent.width
             text: header.home.greeting
-            role: Theme.caption
+            role: header.isTight ? Theme.smallCaption : Theme.caption
             font.weight: Font.Normal
             color: Theme.white(0.55)
             Accessible.role: Accessible.StaticText
@@ -43,7 +47,7 @@ Item {
         id: trailing
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        spacing: 8
+        spacing: header.isTight ? 6 : 8
 
         SignalBadge {
             anchors.verticalCenter: parent.verticalCenter
@@ -51,13 +55,21 @@ Item {
             isPlaying: header.home.isPlaying
         }
         RoundButton {
+            text: "تشخیص آهنگ"
+            symbol: "mic.fill"
+            size: header.buttonSize
+            onClicked: header.shazamRequested()
+        }
+        RoundButton {
             text: "جستجوی ساندکلود"
             symbol: "magnifyingglass"
+            size: header.buttonSize
             onClicked: header.searchRequested()
         }
         RoundButton {
             text: "حساب کاربری"
             symbol: header.home.isSignedIn ? "person.crop.circle.fill" : "person.crop.circle"
+            size: header.buttonSize
             onClicked: header.accountRequested()
         }
     }

@@ -4,6 +4,7 @@
 #include "Services/Account/AuthStore.h"
 #include "Services/Catalogue/StationStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Services/Recognition/ShazamManager.h"
 #include "Views/Catalogue/HomeDecisions.h"
 #include "Views/Playback/StationSelection.h"
 #include "Views/ViewSetup.h"
@@ -15,15 +16,18 @@
 namespace navorin {
 
 HomeView::HomeView(QObject *parent)
-    : HomeView(StationStore::shared(), RadioPlayer::shared(), AuthStore::shared(), parent)
+    : HomeView(StationStore::shared(), RadioPlayer::shared(), AuthStore::shared(), ShazamManager::shared(),
+               parent)
 {
 }
 
-HomeView::HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, QObject *parent)
+HomeView::HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, ShazamManager &shazam,
+                   QObject *parent)
     : QObject(parent)
     , m_store(store)
     , m_player(player)
     , m_auth(auth)
+    , m_shazam(shazam)
 {
     connect(&m_store, &StationStore::stationsChanged, this, &HomeView::showStations);
     connect(&m_store, &StationStore::selectedCategoryChanged, this, &HomeView::showStations);
@@ -37,6 +41,7 @@ HomeView::HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, QO
     connect(&m_player, &RadioPlayer::isPlayingChanged, this, &HomeView::statusChanged);
     connect(&m_player, &RadioPlayer::isBufferingChanged, this, &HomeView::statusChanged);
     connect(&m_player, &RadioPlayer::currentStationChanged, this, &HomeView::showSelection);
+    connect(&m_shazam, &ShazamManager::openRequestChanged, this, &HomeView::takeOpenRequest);
     showSelection();
     showStations();
 }
@@ -146,6 +151,14 @@ void HomeView::showSelection()
     const auto &current = m_player.currentStation();
     m_stations.setSelectedGenre(current ? std::optional(current->genre) : std::nullopt);
     Q_EMIT hasStationChanged();
+}
+
+void HomeView::takeOpenRequest()
+{
+    if (!m_shazam.openRequest())
+        return;
+    m_shazam.setOpenRequest(false);
+    Q_EMIT recognitionRequested();
 }
 
 } // namespace navorin

@@ -9,6 +9,7 @@ namespace navorin {
 
 class AuthStore;
 class RadioPlayer;
+class ShazamManager;
 class StationStore;
 
 /// The radio tab's state and actions.
@@ -36,7 +37,8 @@ public:
     Q_ENUM(Content)
 
     explicit HomeView(QObject *parent = nullptr);
-    HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, QObject *parent = nullptr);
+    HomeView(StationStore &store, RadioPlayer &player, AuthStore &auth, ShazamManager &shazam,
+             QObject *parent = nullptr);
 
     [[nodiscard]] QString greeting() const;
     [[nodiscard]] QString statusLabel() const;
@@ -63,6 +65,8 @@ public:
 Q_SIGNALS:
     /// `station` is a Station.
     void detailRequested(const QVariant &station);
+    /// Somebody outside wants the recognition screen.
+    void recognitionRequested();
     void statusChanged();
     void hasStationChanged();
     void isSignedInChanged();
@@ -71,10 +75,12 @@ Q_SIGNALS:
 private:
     void showStations();
     void showSelection();
+    void takeOpenRequest();
 
     StationStore &m_store;
     RadioPlayer &m_player;
     AuthStore &m_auth;
+    ShazamManager &m_shazam;
     StationListModel m_stations;
     bool m_refreshAsked = false;
 };

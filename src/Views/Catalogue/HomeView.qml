@@ -8,6 +8,7 @@ FocusScope {
     required property real margin
     readonly property HomeViewState home: HomeViewState {
         onDetailRequested: station => screen.detailRequested(station)
+        onRecognitionRequested: screen.showShazam()
     }
 
     signal detailRequested(station: var)
@@ -23,6 +24,10 @@ FocusScope {
     // Who signs in or out sees the sheet close, and not turn into the other.
     function showAccount() {
         sheet.present(home.isSignedIn ? accountSheet : loginSheet)
+    }
+
+    function showShazam() {
+        shazamSheet.present(shazamView)
     }
 
     Component.onCompleted: if (home.opensAccountAtStart) showAccount()
@@ -43,6 +48,12 @@ FocusScope {
         id: accountSheet
         AccountSheet { onCloseRequested: sheet.close() }
     }
+    // Of its own: a request from outside may come while the other is open.
+    Sheet { id: shazamSheet }
+    Component {
+        id: shazamView
+        ShazamView { onCloseRequested: shazamSheet.close() }
+    }
     Shortcut {
         sequences: ["F5", "Ctrl+R"]
         onActivated: screen.home.refresh()
@@ -61,6 +72,7 @@ FocusScope {
             home: screen.home
             x: screen.margin
             y: 12
+            onShazamRequested: screen.showShazam()
             onSearchRequested: screen.searchRequested()
             onAccountRequested: screen.showAccount()
             width: parent.width - 2 * screen.margin
