@@ -12,7 +12,7 @@ build_packages=(
 run_packages=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
     qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
-    qml6-module-qtquick-window qml6-module-qtwebengine
+    qml6-module-qtquick-window qml6-module-qtwebengine qml6-module-qtmultimedia
     qt6-qpa-plugins libgl1-mesa-dri
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
     gstreamer1.0-libav gstreamer1.0-pulseaudio xdg-utils
@@ -20,7 +20,7 @@ run_packages=(
 
 test_packages=(
     libbenchmark-dev clang-format clang-tidy qt6-declarative-dev-tools
-    python3 python3-gi gir1.2-atspi-2.0 at-spi2-core xvfb x11-xkb-utils xdotool dbus gnome-keyring libglib2.0-bin libsecret-tools playerctl pulseaudio pulseaudio-utils procps
+    ffmpeg python3 python3-gi gir1.2-atspi-2.0 at-spi2-core xvfb x11-xkb-utils xdotool dbus gnome-keyring libglib2.0-bin libsecret-tools playerctl pulseaudio pulseaudio-utils procps
 )
 
 # install_missing PACKAGE... : asks apt only for what is not there yet.

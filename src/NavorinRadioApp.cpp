@@ -5,12 +5,16 @@
 #include "Platform/Audio/DesktopAudioSession.h"
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
+#include "Platform/Desktop/DesktopMediaLibrary.h"
+#include "Platform/Desktop/DesktopShareSheet.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
+#include "Platform/Media/GstMediaExporter.h"
+#include "Platform/Media/GstVideoWriter.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Storage/SecretServiceStore.h"
 #include "Platform/Storage/SettingsUserDefaults.h"
@@ -24,6 +28,7 @@
 #include "Services/Equaliser/Equalizer.h"
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
+#include "Services/Story/StoryVideoRenderer.h"
 #include "Views/ViewSetup.h"
 
 #include <QDebug>
@@ -65,6 +70,12 @@ QString adHost()
 QString adSite()
 {
     return configured("NAVORIN_AD_SITE", QStringLiteral(NAVORIN_AD_SITE));
+}
+
+std::unique_ptr<VideoWriter> makeVideoWriter(const QString &path, const VideoFormat &format,
+                                             const std::stop_token &stop)
+{
+    return std::make_unique<GstVideoWriter>(path, format, stop);
 }
 
 /// For measuring the start from outside: one line when the first frame is on the screen, one when stations
@@ -116,6 +127,9 @@ struct NavorinRadioApp::Platform
     SleepMonitor sleep{QDBusConnection::systemBus()};
     MprisService mpris;
     DesktopSuspendInhibitor suspend{QDBusConnection::sessionBus()};
+    GstMediaExporter exporter;
+    DesktopShareSheet shareSheet{QDBusConnection::sessionBus()};
+    DesktopMediaLibrary mediaLibrary;
 };
 
 NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &options)
@@ -133,6 +147,7 @@ NavorinRadioApp::~NavorinRadioApp()
     m_platform->player.replaceCurrentItem(nullptr);
     m_platform->http.close();
     m_platform->downloadHttp.close();
+    StoryVideoRenderer::instance().reset();
     // A failure may start what fails in its turn.
     for (int round = 0; round < 3; ++round) {
         QThreadPool::globalInstance()->waitForDone();
@@ -176,6 +191,11 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
     // Made when its sheet first opens, and not before: saved settings are heard from then on.
     Equalizer::instance().setMaker(
         [&platform] { return std::unique_ptr<Equalizer>(new Equalizer(platform.defaults)); });
+    StoryVideoRenderer::instance().setMaker([&platform] {
+        return std::unique_ptr<StoryVideoRenderer>(
+            new StoryVideoRenderer({platform.queue, platform.files, makeVideoWriter, platform.exporter,
+                                    QStandardPaths::writableLocation(QStandardPaths::TempLocation)}));
+    });
     setOfflineArtworkLookup(
         [](const PlaylistTrack &track) { return OfflineStore::shared().artworkPathString(track); });
 }
@@ -192,6 +212,8 @@ bool NavorinRadioApp::showWindow()
     if (m_options.debugDetail)
         surroundings.debugDetail = detailTestStation();
     surroundings.adNetwork = adNetwork(adHost(), adSite(), APIClient::shared().baseUrl());
+    surroundings.shareSheet = &m_platform->shareSheet;
+    surroundings.mediaLibrary = &m_platform->mediaLibrary;
     prepareViews(*m_engine, surroundings);
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())
