@@ -14,7 +14,7 @@
 #include "Platform/Desktop/TerminationSignals.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Media/GstMediaExporter.h"
-#include "Platform/Media/GstVideoWriter.h"
+#include "Platform/Media/VideoWriter.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Storage/SecretServiceStore.h"
 #include "Platform/Storage/SettingsUserDefaults.h"
@@ -70,12 +70,6 @@ QString adHost()
 QString adSite()
 {
     return configured("NAVORIN_AD_SITE", QStringLiteral(NAVORIN_AD_SITE));
-}
-
-std::unique_ptr<VideoWriter> makeVideoWriter(const QString &path, const VideoFormat &format,
-                                             const std::stop_token &stop)
-{
-    return std::make_unique<GstVideoWriter>(path, format, stop);
 }
 
 /// For measuring the start from outside: one line when the first frame is on the screen, one when stations

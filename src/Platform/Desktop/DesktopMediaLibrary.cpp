@@ -51,7 +51,7 @@ QString fileNameOf(const QString &title)
     std::ranges::replace_if(
         name, [](QChar c) { return forbidden.contains(c) || c.category() == QChar::Other_Control; }, u' ');
     name = name.simplified();
-    while (name.startsWith(u'.'))
+    while (name.startsWith(u'.') || name.startsWith(u' '))
         name.remove(0, 1);
     while (name.toUtf8().size() > mostBytes)
         name.chop(name.back().isLowSurrogate() ? 2 : 1);

@@ -129,4 +129,10 @@ GstPadProbeReturn GstVideoWriter::onFrameTaken(GstPad *, GstPadProbeInfo *, gpoi
     return GST_PAD_PROBE_OK;
 }
 
+std::unique_ptr<VideoWriter> makeVideoWriter(const QString &path, const VideoFormat &format,
+                                             const std::stop_token &stop)
+{
+    return std::make_unique<GstVideoWriter>(path, format, stop);
+}
+
 } // namespace navorin

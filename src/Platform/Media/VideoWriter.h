@@ -57,4 +57,8 @@ public:
 using VideoWriterFactory = std::function<std::unique_ptr<VideoWriter>(
     const QString &path, const VideoFormat &format, const std::stop_token &stop)>;
 
+/// The real one, which encodes with x264.
+[[nodiscard]] std::unique_ptr<VideoWriter> makeVideoWriter(const QString &path, const VideoFormat &format,
+                                                           const std::stop_token &stop);
+
 } // namespace navorin

@@ -53,31 +53,6 @@ ScaleButtonStyle {
         opacity: 0.6
     }
 
-    component Row: T.ItemDelegate {
-        id: row
-
-        property bool isChosen: false
-
-        height: 40
-        highlighted: ListView.isCurrentItem
-        hoverEnabled: true
-        Accessible.role: Accessible.MenuItem
-        Accessible.name: text
-        Accessible.onPressAction: clicked()
-
-        background: Rectangle {
-            radius: 10
-            color: row.highlighted || row.hovered ? Theme.white(0.09) : "transparent"
-        }
-        NText {
-            anchors.fill: parent
-            anchors.leftMargin: 14
-            anchors.rightMargin: 14
-            text: row.text
-            isOutside: true
-            color: row.isChosen ? "white" : Theme.white(0.75)
-        }
-    }
     component Lines: ListView {
         id: lines
 
@@ -100,14 +75,17 @@ ScaleButtonStyle {
         Keys.onEnterPressed: taken(currentIndex)
         Keys.onSpacePressed: taken(currentIndex)
 
-        delegate: Row {
-            required property int index
-            required property string modelData
+        // Said aloud: within a component of this kind it is not understood otherwise.
+        delegate: Component {
+            StoryLineRow {
+                required property int index
+                required property string modelData
 
-            width: lines.width
-            text: modelData
-            isChosen: index === lines.chosen
-            onClicked: lines.taken(index)
+                width: lines.width
+                text: modelData
+                isChosen: index === lines.chosen
+                onClicked: lines.taken(index)
+            }
         }
     }
     T.Popup {

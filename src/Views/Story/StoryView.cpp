@@ -154,7 +154,7 @@ void StoryView::setRange(LineRange range)
 void StoryView::generate()
 {
     const auto &station = m_sources.player.currentStation();
-    if (m_isRendering || !station || lines().isEmpty())
+    if (m_isRendering || !station || content() != Picker)
         return;
     m_isRendering = true;
     m_errorText.clear();

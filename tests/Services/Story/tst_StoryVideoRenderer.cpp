@@ -153,14 +153,7 @@ struct TestAccess
             },
             exporter);
     }
-    StoryVideoRenderer &real()
-    {
-        return made(
-            [](const QString &path, const VideoFormat &format, const std::stop_token &stop) {
-                return std::make_unique<GstVideoWriter>(path, format, stop);
-            },
-            realExporter);
-    }
+    StoryVideoRenderer &real() { return made(makeVideoWriter, realExporter); }
     StoryVideoRenderer::Progress noting()
     {
         return [this](double value) { progress.append(value); };
