@@ -139,9 +139,12 @@ FocusScope {
             id: content
             x: page.margin
             width: parent.width - 2 * x
-            height: childrenRect.height
+            // What is hidden counts nothing.
+            height: picker.visible ? picker.height : loading.visible ? loading.height
+                                                   : failed.visible ? failed.height : missing.height
 
             Item {
+                id: loading
                 width: parent.width
                 height: 180
                 visible: page.story.content === StoryViewState.Loading
@@ -153,6 +156,7 @@ FocusScope {
                 }
             }
             Way {
+                id: failed
                 width: parent.width
                 visible: page.story.content === StoryViewState.LoadFailed
                 symbol: "wifi.exclamationmark"
@@ -160,6 +164,7 @@ FocusScope {
                 message: "اتصال اینترنت را بررسی کنید و دوباره امتحان کنید."
             }
             Way {
+                id: missing
                 width: parent.width
                 visible: page.story.content === StoryViewState.NotFound
                 symbol: "music.note.list"
@@ -167,6 +172,7 @@ FocusScope {
                 message: "برای این تراک شعر ثبت نشده است؛ آهنگ دیگری انتخاب کنید."
             }
             Column {
+                id: picker
                 width: parent.width
                 visible: page.story.content === StoryViewState.Picker
                 spacing: 20
