@@ -28,7 +28,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// Keeps the first luma of each frame, and goes on while it may.
+/// Counts its frames, and waits at each while it is held.
 class FakeWriter final : public VideoWriter
 {
 public:

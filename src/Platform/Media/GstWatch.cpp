@@ -18,7 +18,7 @@ GstElement *parsed(const char *description)
     auto *pipeline = gst_parse_launch_full(description, nullptr, GST_PARSE_FLAG_FATAL_ERRORS, &error);
     const GstPtr<GError> reason(error);
     if (!pipeline) {
-        qWarning() << "[Story] no pipeline:" << (reason ? reason->message : "no reason given");
+        qWarning() << "[Media] no pipeline:" << (reason ? reason->message : "no reason given");
         return nullptr;
     }
     return GST_ELEMENT(gst_object_ref_sink(pipeline));

@@ -31,11 +31,14 @@ struct StoryTextStyle
     QFont::Weight weight;
     QRect box;
     double alpha = 1; ///< of the whole text
+    /// From line to line, in pixel sizes. The font's own is half as much again as its letters need, for
+    /// stacked marks that songs do not use; two lines would not fit where two lines have to.
+    double lineHeight = 1.2;
 };
 inline constexpr StoryTextStyle storyTitleStyle{46, QFont::Black, {70, 1040, 580, 60}};
 inline constexpr StoryTextStyle storyArtistStyle{30, QFont::Medium, {70, 1090, 580, 42}, 0.62};
 inline constexpr StoryTextStyle storyLineStyle{44, QFont::Bold, {60, 720, 600, 130}};
-inline constexpr StoryTextStyle storyTranslationStyle{30, QFont::DemiBold, {60, 840, 600, 64}};
+inline constexpr StoryTextStyle storyTranslationStyle{30, QFont::DemiBold, {60, 840, 600, 64}, 1, 32 / 30.0};
 inline constexpr StoryTextStyle storyNameStyle{24, QFont::DemiBold, {80, 1184, 560, 34}, 0.42};
 
 inline constexpr double storyShadowSigma = 4;

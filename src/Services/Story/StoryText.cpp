@@ -12,10 +12,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-/// The font's own line is half as high again as its letters, for stacked marks that songs do not use; two of
-/// them would not fit where two lines have to.
-constexpr double lineHeight = 1.2;
-
 QFont fontOf(const StoryTextStyle &style)
 {
     QFont font(u"Vazirmatn"_s);
@@ -51,11 +47,11 @@ QImage storyText(const QString &text, const StoryTextStyle &style, const QColor 
 
     QTextLayout layout(withLineSeparators(text), fontOf(style));
     layout.setTextOption(textOption());
-    const double height = lineHeight * style.pixelSize;
+    const double height = style.lineHeight * style.pixelSize;
     const QFontMetricsF metrics(layout.font());
     const double baseline = (height - metrics.ascent() - metrics.descent()) / 2 + metrics.ascent();
     layout.beginLayout();
-    for (double top = 0; top == 0 || top + height <= style.box.height(); top += height) {
+    for (double top = 0; top == 0 || top + height < style.box.height() + 0.5; top += height) {
         auto line = layout.createLine();
         if (!line.isValid())
             break;

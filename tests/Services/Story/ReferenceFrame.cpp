@@ -65,7 +65,7 @@ QImage blurred(const QImage &cover)
 
 /// Breaks the words by hand and draws each line by itself.
 void drawText(QPainter &target, const QString &text, QRectF box, int size, int weight, const QColor &color,
-              double alpha, bool hasShadow = false)
+              double alpha, double lineHeight = 0, bool hasShadow = false)
 {
     QFont font(u"Vazirmatn"_s);
     font.setPixelSize(size);
@@ -86,12 +86,13 @@ void drawText(QPainter &target, const QString &text, QRectF box, int size, int w
     painter.setFont(font);
     painter.setLayoutDirection(Qt::RightToLeft);
     painter.setPen(color);
-    double middle = box.top() + 0.6 * size;
+    const double height = lineHeight > 0 ? lineHeight : 1.2 * size;
+    double middle = box.top() + height / 2;
     for (const auto &line : lines) {
-        if (middle + 0.6 * size > box.bottom() && middle > box.top() + size)
+        if (middle + height / 2 > box.bottom() + 0.01 && middle > box.top() + height)
             break;
         painter.drawText(QRectF(box.left(), middle - 100, box.width(), 200), Qt::AlignCenter, line);
-        middle += 1.2 * size;
+        middle += height;
     }
     painter.end();
     if (hasShadow) {
@@ -197,7 +198,8 @@ QImage referenceFrame(const StoryConfig &config, double t)
         const double alpha = 0.25 + 0.75 * std::min((t - line->start) / 0.35, 1.0);
         drawText(painter, line->text, {60, 720, 600, 130}, 44, 700, Qt::white, alpha);
         if (!line->translation.isEmpty())
-            drawText(painter, line->translation, {60, 840, 600, 64}, 30, 600, config.accentColor, 1, true);
+            drawText(painter, line->translation, {60, 840, 600, 64}, 30, 600, config.accentColor, 1, 32,
+                     true);
     }
     drawText(painter, u"ناورین"_s, {80, 1184, 560, 34}, 24, 600, Qt::white, 0.42);
     return frame;

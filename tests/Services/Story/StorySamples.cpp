@@ -49,7 +49,8 @@ StoryConfig sampleStory(const QImage &cover)
     config.coverImage = cover;
     config.themeColor = QColor(200, 70, 60);
     config.accentColor = QColor::fromRgbF(0.39F, 0.40F, 0.95F);
-    config.lines = {sampleLine(42.5, u"آهسته گفتی از همه دنیا بریدهام"_s, u"Softly you said, چیزی 12"_s),
+    config.lines = {sampleLine(42.5, u"آهسته گفتی از همه دنیا بریدهام"_s,
+                               u"Softly you said, چیزی 12 of all the world behind us"_s),
                     sampleLine(44.0, u"کوچه Rain 2024 پر از بوی خاک شد و پنجرهها باز ماند"_s),
                     sampleLine(46.0, {})};
     config.endLine = 2;
