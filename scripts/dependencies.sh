@@ -12,7 +12,7 @@ build_packages=(
 run_packages=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
     qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
-    qml6-module-qtquick-window qml6-module-qtwebengine
+    qml6-module-qtquick-window qml6-module-qtwebengine qml6-module-qtmultimedia
     qt6-qpa-plugins libgl1-mesa-dri
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
     gstreamer1.0-libav gstreamer1.0-pulseaudio xdg-utils

@@ -7,12 +7,16 @@
 #include "Platform/Audio/GstMediaPlayer.h"
 #include "Platform/Desktop/DebugLine.h"
 #include "Platform/Desktop/DesktopApplication.h"
+#include "Platform/Desktop/DesktopMediaLibrary.h"
+#include "Platform/Desktop/DesktopShareSheet.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/SystemLog.h"
 #include "Platform/Http/QtHttpSession.h"
+#include "Platform/Media/GstMediaExporter.h"
+#include "Platform/Media/VideoWriter.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Storage/SecretServiceStore.h"
 #include "Platform/Storage/SettingsUserDefaults.h"
@@ -28,6 +32,7 @@
 #include "Services/Playback/RadioPlayer.h"
 #include "Services/Recognition/ShazamManager.h"
 #include "Shared/ShazamIntents.h"
+#include "Services/Story/StoryVideoRenderer.h"
 #include "Views/ViewSetup.h"
 
 #include <QDateTime>
@@ -99,6 +104,9 @@ struct NavorinRadioApp::Platform
     SleepMonitor sleep{QDBusConnection::systemBus()};
     MprisService mpris;
     DesktopSuspendInhibitor suspend{QDBusConnection::sessionBus()};
+    GstMediaExporter exporter;
+    DesktopShareSheet shareSheet{QDBusConnection::sessionBus()};
+    DesktopMediaLibrary mediaLibrary;
 };
 
 NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &options)
@@ -116,6 +124,7 @@ NavorinRadioApp::~NavorinRadioApp()
     m_platform->player.replaceCurrentItem(nullptr);
     m_platform->http.close();
     m_platform->downloadHttp.close();
+    StoryVideoRenderer::instance().reset();
     // A failure may start what fails in its turn.
     for (int round = 0; round < 3; ++round) {
         QThreadPool::globalInstance()->waitForDone();
@@ -165,6 +174,11 @@ void NavorinRadioApp::installServices(const QUrl &baseUrl)
     // Made when its sheet first opens, and not before: saved settings are heard from then on.
     Equalizer::instance().setMaker(
         [&platform] { return std::unique_ptr<Equalizer>(new Equalizer(platform.defaults)); });
+    StoryVideoRenderer::instance().setMaker([&platform] {
+        return std::unique_ptr<StoryVideoRenderer>(
+            new StoryVideoRenderer({platform.queue, platform.files, makeVideoWriter, platform.exporter,
+                                    QStandardPaths::writableLocation(QStandardPaths::TempLocation)}));
+    });
     setOfflineArtworkLookup(
         [](const PlaylistTrack &track) { return OfflineStore::shared().artworkPathString(track); });
 }
@@ -181,6 +195,8 @@ bool NavorinRadioApp::showWindow()
     if (m_options.debugDetail)
         surroundings.debugDetail = detailTestStation();
     surroundings.adNetwork = adNetwork(adHost(), adSite(), APIClient::shared().baseUrl());
+    surroundings.shareSheet = &m_platform->shareSheet;
+    surroundings.mediaLibrary = &m_platform->mediaLibrary;
     prepareViews(*m_engine, surroundings);
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())

@@ -10,6 +10,8 @@ class QQmlEngine;
 namespace navorin {
 
 class MainQueue;
+class MediaLibrary;
+class ShareSheet;
 class UrlOpener;
 
 /// What screens take from the desktop. Outlives them.
@@ -25,6 +27,9 @@ struct ViewSurroundings
     std::optional<Station> debugDetail;
     /// Absent if there are no advertisements.
     std::optional<AdNetwork> adNetwork;
+    /// What a finished video is handed to; both there before it can be made.
+    ShareSheet *shareSheet = nullptr;
+    MediaLibrary *mediaLibrary = nullptr;
 };
 
 /// Brings what the screens draw with into `engine`: fonts and symbols. Once, after the application

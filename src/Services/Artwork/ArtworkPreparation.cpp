@@ -116,6 +116,11 @@ QImage preparedArtwork(const QByteArray &bytes, QSize pixels, qreal radius)
     return radius > 0 ? rounded(cover, radius) : cover;
 }
 
+QImage wholeArtwork(const QByteArray &bytes)
+{
+    return decoded(bytes, QSize());
+}
+
 std::optional<ReceivedArtwork> receivedArtwork(const QByteArray &bytes)
 {
     QBuffer buffer;

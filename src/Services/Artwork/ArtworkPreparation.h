@@ -20,6 +20,9 @@ namespace navorin {
 /// worker thread: it may take a good part of a second.
 [[nodiscard]] QImage preparedArtwork(const QByteArray &bytes, QSize pixels, qreal radius);
 
+/// The same picture whole, at its own size. A pure function for a worker thread too.
+[[nodiscard]] QImage wholeArtwork(const QByteArray &bytes);
+
 /// What a received artwork is good for beside being drawn.
 struct ReceivedArtwork
 {

@@ -37,6 +37,12 @@ FocusScope {
         sheet.sheetWidth = 480
         sheet.present(equalizerSheet)
     }
+    function openStory() {
+        if (!player.hasStation)
+            return
+        sheet.sheetWidth = 648
+        sheet.present(storySheet)
+    }
     function showSheet(what: Component) {
         sheet.sheetWidth = 440
         sheet.present(what)
@@ -122,6 +128,7 @@ FocusScope {
             x: screen.margin
             y: 8
             width: parent.width - 2 * x
+            onStoryRequested: screen.openStory()
             onEqualizerRequested: screen.openEqualizer()
             onPlaylistRequested: screen.showSheet(screen.player.isAuthed ? playlistSheet : loginSheet)
             onLyricsRequested: if (screen.player.hasStation) lyrics.open()
@@ -233,6 +240,10 @@ FocusScope {
     Component {
         id: playlistSheet
         AddToPlaylistSheet { onCloseRequested: sheet.close() }
+    }
+    Component {
+        id: storySheet
+        StoryView { onCloseRequested: sheet.close() }
     }
     Component {
         id: equalizerSheet

@@ -7,6 +7,7 @@ Item {
 
     required property FullPlayerViewState player
 
+    signal storyRequested
     signal equalizerRequested
     signal playlistRequested
     signal lyricsRequested
@@ -45,6 +46,11 @@ Item {
         anchors.verticalCenter: parent.verticalCenter
         spacing: parent.width < 600 ? 6 : 8
 
+        Act {
+            symbol: "sparkles"
+            text: "استوری هوشمند"
+            onClicked: header.storyRequested()
+        }
         Act {
             symbol: "slider.horizontal.3"
             text: "اکولایزر"

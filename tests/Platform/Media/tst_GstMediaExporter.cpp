@@ -1,0 +1,226 @@
+#include "Platform/Audio/TestMedia.h"
+#include "Platform/Media/AudioRangeReading.h"
+#include "Platform/Media/GstMediaExporter.h"
+#include "Support/StreamServer.h"
+
+#include <QFile>
+#include <QTest>
+
+#include <future>
+
+using namespace navorin;
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int rate = audioRangeRate;
+
+/// Six seconds of sound, a tone after the first two, in the file "late.wav".
+QString writeLateTone(const MediaFolder &media)
+{
+    return runPipeline(QString(u"concat name=all ! audioconvert ! wavenc ! filesink location=\""_s +
+                               media.path("late.wav") +
+                               u"\" audiotestsrc wave=silence num-buffers=200 samplesperbuffer=441 ! "
+                               "audio/x-raw,rate=44100,channels=2 ! all. "
+                               "audiotestsrc freq=1000 volume=0.5 num-buffers=400 samplesperbuffer=441 ! "
+                               "audio/x-raw,rate=44100,channels=2 ! all."_s));
+}
+
+/// The same in another format.
+QString encodeLateTone(const MediaFolder &media, const char *name, const char *encoder)
+{
+    return runPipeline(QString(u"filesrc location=\""_s + media.path("late.wav") +
+                               u"\" ! wavparse ! audioconvert ! "_s + QString::fromLatin1(encoder) +
+                               u" ! filesink location=\""_s + media.path(name) + u'"'));
+}
+constexpr auto mp3Encoder = "lamemp3enc target=bitrate bitrate=128 cbr=true ! xingmux";
+
+/// Seconds of the sound, and where in it the tone begins; negative if nowhere.
+struct Heard
+{
+    double length = 0;
+    double toneFrom = -1;
+};
+
+Heard heard(const QByteArray &bytes)
+{
+    Heard result;
+    const auto *samples = reinterpret_cast<const qint16 *>(bytes.constData());
+    const auto frames = bytes.size() / audioRangeFrameBytes;
+    result.length = double(frames) / rate;
+    for (qsizetype i = 0; i < frames; ++i) {
+        if (std::abs(samples[2 * i]) > 3000) {
+            result.toneFrom = double(i) / rate;
+            break;
+        }
+    }
+    return result;
+}
+
+/// Off this thread, where the server runs.
+template <typename Work>
+auto elsewhere(Work work)
+{
+    auto running = std::async(std::launch::async, std::move(work));
+    while (running.wait_for(std::chrono::milliseconds(0)) != std::future_status::ready)
+        QTest::qWait(2);
+    return running.get();
+}
+
+Heard read(const AudioRange &range)
+{
+    const auto reading = elsewhere([&range] { return readAudioRange(range, [](double) {}, {}); });
+    return reading.sound ? heard(*reading.sound) : Heard{-1, -1};
+}
+
+} // namespace
+
+class tst_GstMediaExporter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void ranges_data();
+    void ranges();
+    void overHttp_data();
+    void overHttp();
+    void joins_data();
+    void joins();
+    void stopsWhileTheSourceHangs();
+};
+
+void tst_GstMediaExporter::ranges_data()
+{
+    QTest::addColumn<double>("start");
+    QTest::addColumn<double>("length");
+    QTest::addColumn<double>("heardLength");
+    QTest::addColumn<double>("toneFrom");
+    QTest::newRow("from the beginning") << 0.0 << 3.0 << 3.0 << 2.0;
+    QTest::newRow("from the middle") << 1.25 << 3.0 << 3.0 << 0.75;
+    QTest::newRow("within the tone") << 4.0 << 1.0 << 1.0 << 0.0;
+    QTest::newRow("ends early") << 4.0 << 30.0 << 2.0 << 0.0;
+    QTest::newRow("past its end") << 50.0 << 3.0 << 0.0 << -1.0;
+}
+
+void tst_GstMediaExporter::ranges()
+{
+    QFETCH(double, start);
+    QFETCH(double, length);
+    QFETCH(double, heardLength);
+    QFETCH(double, toneFrom);
+    MediaFolder media;
+    QCOMPARE(writeLateTone(media), QString());
+    QCOMPARE(encodeLateTone(media, "late.mp3", mp3Encoder), QString());
+    QCOMPARE(encodeLateTone(media, "late.m4a", "avenc_aac bitrate=128000 ! mp4mux"), QString());
+    QCOMPARE(encodeLateTone(media, "late.ogg", "vorbisenc ! oggmux"), QString());
+    for (const auto *name : {"late.wav", "late.mp3", "late.m4a", "late.ogg"}) {
+        const auto got = read({media.file(name), start, length});
+        QVERIFY2(std::abs(got.length - heardLength) < 0.12,
+                 qPrintable(QString::fromLatin1(name) + u' ' + QString::number(got.length)));
+        QVERIFY2(std::abs(got.toneFrom - toneFrom) < 0.06,
+                 qPrintable(QString::fromLatin1(name) + u' ' + QString::number(got.toneFrom)));
+    }
+}
+
+void tst_GstMediaExporter::overHttp_data()
+{
+    QTest::addColumn<ServedStream>("stream");
+    QTest::addColumn<bool>("isWhole");
+    ServedStream stream{.sized = true, .ranges = true};
+    QTest::newRow("with ranges") << stream << true;
+    stream.ranges = false;
+    QTest::newRow("without ranges it is read from the beginning") << stream << true;
+    stream.status = 404;
+    QTest::newRow("404") << stream << false;
+}
+
+void tst_GstMediaExporter::overHttp()
+{
+    QFETCH(ServedStream, stream);
+    QFETCH(bool, isWhole);
+    MediaFolder media;
+    QCOMPARE(writeLateTone(media), QString());
+    QCOMPARE(encodeLateTone(media, "late.mp3", mp3Encoder), QString());
+    stream.body = media.contents("late.mp3");
+    StreamServer server;
+    const auto got = read({server.serve(u"late.mp3"_s, stream), 1.25, 3});
+    QVERIFY2(std::abs(got.length - (isWhole ? 3 : -1)) < 0.01, qPrintable(QString::number(got.length)));
+    if (isWhole)
+        QVERIFY2(std::abs(got.toneFrom - 0.75) < 0.06, qPrintable(QString::number(got.toneFrom)));
+}
+
+void tst_GstMediaExporter::joins_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<double>("start");
+    QTest::addColumn<QString>("video");
+    QTest::addColumn<int>("outcome");
+    QTest::newRow("sound") << u"late.wav"_s << 1.0 << u"film.mp4"_s << int(ExportOutcome::Completed);
+    QTest::newRow("no such file") << u"none.mp3"_s << 0.0 << u"film.mp4"_s
+                                  << int(ExportOutcome::NoAudioTrack);
+    QTest::newRow("no audio track") << u"film.mp4"_s << 0.0 << u"film.mp4"_s
+                                    << int(ExportOutcome::NoAudioTrack);
+    QTest::newRow("no media at all") << u"words.mp3"_s << 0.0 << u"film.mp4"_s
+                                     << int(ExportOutcome::NoAudioTrack);
+    QTest::newRow("nothing in that range")
+        << u"late.wav"_s << 99.0 << u"film.mp4"_s << int(ExportOutcome::Failed);
+    QTest::newRow("no video") << u"late.wav"_s << 1.0 << u"none.mp4"_s << int(ExportOutcome::Failed);
+}
+
+void tst_GstMediaExporter::joins()
+{
+    QFETCH(QString, source);
+    QFETCH(double, start);
+    QFETCH(QString, video);
+    MediaFolder media;
+    QCOMPARE(writeLateTone(media), QString());
+    QCOMPARE(
+        runPipeline(QString(u"videotestsrc num-buffers=72 ! video/x-raw,width=72,height=128,framerate=24/1 ! "
+                            "x264enc ! mp4mux ! filesink location=\""_s +
+                            media.path("film.mp4") + u'"')),
+        QString());
+    QFile words(media.path("words.mp3"));
+    QVERIFY(words.open(QIODevice::WriteOnly) && words.write("not a song at all\n") > 0);
+    words.close();
+
+    double last = -1;
+    bool isRising = true;
+    const auto output = media.path("out.mp4");
+    const auto outcome = GstMediaExporter().join(media.path(video.toUtf8().constData()),
+                                                 {media.file(source.toUtf8().constData()), start, 3}, output,
+                                                 [&](double progress) {
+                                                     isRising = isRising && progress >= last && progress <= 1;
+                                                     last = progress;
+                                                 },
+                                                 {});
+    QTEST(int(outcome), "outcome");
+    QVERIFY(isRising);
+    QCOMPARE(QFile::exists(output), outcome == ExportOutcome::Completed);
+    if (outcome != ExportOutcome::Completed)
+        return;
+    const auto got = read({QUrl::fromLocalFile(output), 0, 10});
+    QVERIFY(std::abs(got.length - 3) < 0.1);
+    QVERIFY2(std::abs(got.toneFrom - 1) < 0.06, qPrintable(QString::number(got.toneFrom)));
+}
+
+void tst_GstMediaExporter::stopsWhileTheSourceHangs()
+{
+    StreamServer server;
+    const auto address =
+        server.serve(u"late.mp3"_s, {.body = QByteArray(4096, 'x'), .sized = true, .holdAfter = 100});
+    std::stop_source stop;
+    auto running = std::async(std::launch::async, [&] {
+        return GstMediaExporter().join(
+            {}, {address, 0, 3}, {}, [](double) {}, stop.get_token());
+    });
+    QTRY_VERIFY(server.sent() > 0);
+    stop.request_stop();
+    const auto isDone = [&running] {
+        return running.wait_for(std::chrono::milliseconds(0)) == std::future_status::ready;
+    };
+    QTRY_VERIFY(isDone());
+    QVERIFY(running.get() != ExportOutcome::Completed);
+}
+
+QTEST_GUILESS_MAIN(tst_GstMediaExporter)
+#include "tst_GstMediaExporter.moc"
