@@ -50,7 +50,7 @@ class Library(unittest.TestCase):
 
     def options_of(self, title):
         """The button of the row or card that bears this title."""
-        place = self.screen.wait_for(title, "push button")["place"]
+        place = self.screen.at_rest(title, "push button")
 
         def lies_on(button):
             x, y, *_ = button["place"]

@@ -6,8 +6,9 @@ import json
 import os
 import subprocess
 import sys
+import time
 
-from desktop import wait_until
+from desktop import PATIENCE, wait_until
 
 
 # Debian's bindings of the bus belong to Debian's interpreter, whichever one runs the tests.
@@ -43,14 +44,21 @@ class Screen:
         return wait_until(lambda: self.find(name, role), seconds, f"{name!r} on the screen")
 
     def click(self, name, role=None):
-        last = [None]
-
-        def at_rest():
-            place = self.wait_for(name, role)["place"]
-            rests, last[0] = place == last[0], place
-            return place if rests else None
-        x, y, width, height = wait_until(at_rest, 10, f"{name!r} to come to rest")
+        x, y, width, height = self.at_rest(name, role)
         self.desktop.click(x + width // 2, y + height // 2)
+
+    def at_rest(self, name, role=None):
+        """Its place, once it has stayed there. A busy machine may draw no frame of a slide between two looks."""
+        place, since = None, 0
+
+        def rests():
+            nonlocal place, since
+            seen = self.wait_for(name, role)["place"]
+            if seen != place:
+                place, since = seen, time.monotonic()
+            return time.monotonic() - since > 0.4 * PATIENCE
+        wait_until(rests, 15, f"{name!r} to come to rest")
+        return place
 
 
 STATES = ("FOCUSED", "SELECTED", "CHECKED", "ENABLED")
