@@ -31,8 +31,8 @@
 #include "Services/Offline/OfflineStore.h"
 #include "Services/Playback/RadioPlayer.h"
 #include "Services/Recognition/ShazamManager.h"
-#include "Shared/ShazamIntents.h"
 #include "Services/Story/StoryVideoRenderer.h"
+#include "Shared/ShazamIntents.h"
 #include "Views/ViewSetup.h"
 
 #include <QDateTime>

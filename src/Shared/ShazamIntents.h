@@ -50,7 +50,7 @@ struct ShazamAppIntent
 /// The same as a way to a place.
 struct ShazamOpenIntent
 {
-    NavorinDestination target;
+    NavorinDestination target{QStringLiteral("shazam")};
 
     [[nodiscard]] static QString title() { return ShazamAppIntent::title(); }
     static void perform(UserDefaults *suite) { ShazamAppIntent::perform(suite); }

@@ -139,7 +139,7 @@ QCoro::Task<void> ShazamManager::recordAndSend(QPointer<ShazamManager> manager)
     if (!manager)
         co_return;
     if (!recording) {
-        manager->failToBegin(path);
+        manager->failToBegin();
         co_return;
     }
     manager->listen({std::move(recording), path});
@@ -163,10 +163,9 @@ void ShazamManager::listen(Snippet snippet)
     setRecognizedTrack({});
 }
 
-void ShazamManager::failToBegin(const QString &path)
+void ShazamManager::failToBegin()
 {
     discardSnippet();
-    removeFile(path);
     cleanupAudioSession();
     setListening(false);
     setErrorMessage(beginningText);

@@ -98,7 +98,7 @@ private:
     static QCoro::Task<void> recordAndSend(QPointer<ShazamManager> manager);
     static QCoro::Task<void> uploadSample(QPointer<ShazamManager> manager, Snippet snippet);
     void listen(Snippet snippet);
-    void failToBegin(const QString &path);
+    void failToBegin();
     void publish(std::optional<ShazamData> track, std::optional<QString> failure);
     void cleanupAudioSession();
     void discardSnippet();
