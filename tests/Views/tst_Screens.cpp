@@ -258,7 +258,8 @@ void tst_Screens::theFullPlayerIsWalkedByKeyboard()
     QCOMPARE(QSet<QString>(walk.begin(), walk.end()),
              QSet<QString>({u"بستن"_s, u"متن ترانه"_s, u"اکولایزر"_s, u"پسندیدن"_s, u"افزودن به پلیلیست"_s,
                             u"موقعیت پخش"_s, u"۱۰ ثانیه عقب"_s, u"آهنگ قبلی"_s, u"توقف"_s, u"آهنگ بعدی"_s,
-                            u"۱۰ ثانیه جلو"_s, u"بلندی صدا"_s, u"دانلود آفلاین"_s, u"دانلود در تلگرام"_s}));
+                            u"۱۰ ثانیه جلو"_s, u"بلندی صدا"_s, u"دانلود آفلاین"_s, u"دانلود در تلگرام"_s,
+                            u"استوری هوشمند"_s}));
 
     m_player->calls.clear();
     for (auto *slider : items("NSlider"_ba)) {

@@ -69,7 +69,6 @@ ScaleButtonStyle {
         focus: true
         reuseItems: true
         keyNavigationEnabled: true
-        currentIndex: chosen
         Accessible.role: Accessible.PopupMenu
         Keys.onReturnPressed: taken(currentIndex)
         Keys.onEnterPressed: taken(currentIndex)
@@ -98,7 +97,12 @@ ScaleButtonStyle {
         focus: true
         enter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 120 } }
         exit: Transition { NumberAnimation { property: "opacity"; to: 0; duration: 100 } }
-        onOpened: (contentItem as ListView).positionViewAtIndex(button.index, ListView.Center)
+        // Only now: a list that is given its rows begins anew at the first.
+        onOpened: {
+            const lines = contentItem as ListView
+            lines.currentIndex = button.index
+            lines.positionViewAtIndex(button.index, ListView.Center)
+        }
 
         background: Rectangle {
             radius: Theme.artRadius

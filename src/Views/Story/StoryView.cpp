@@ -264,7 +264,7 @@ void StoryView::endRender(const QString &error)
 
 void StoryView::saveToLibrary()
 {
-    if (m_videoURL.isEmpty() || m_savedToLibrary)
+    if (m_videoURL.isEmpty())
         return;
     auto result = m_sources.mediaLibrary.keepVideo(m_videoURL.toLocalFile(), m_videoTitle);
     detach(runSave(this, std::move(result), m_videoURL), "saving a story");
