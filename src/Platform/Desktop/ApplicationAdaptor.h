@@ -16,7 +16,7 @@ struct ApplicationHooks
     std::function<void(const QString &name)> activateAction;
 };
 
-/// org.freedesktop.Application, as the Desktop Entry Specification has it.
+/// org.freedesktop.Application: what the desktop calls where a desktop entry says DBusActivatable.
 class ApplicationAdaptor final : public QDBusAbstractAdaptor
 {
     Q_OBJECT
