@@ -9,13 +9,14 @@ build_packages=(
     libcpp-httplib-dev nlohmann-json3-dev libsodium-dev libsqlite3-dev
 )
 
+# What Navorin loads by name while it runs; what it is linked with comes with build_packages.
 run_packages=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
-    qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
-    qml6-module-qtquick-window qml6-module-qtwebengine qml6-module-qtmultimedia
-    qt6-qpa-plugins libgl1-mesa-dri
+    qml6-module-qtquick-templates qml6-module-qtmultimedia
+    qml6-module-qtwebengine qml6-module-qtwebchannel
+    qt6-image-formats-plugins libgl1-mesa-dri
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
-    gstreamer1.0-libav gstreamer1.0-pulseaudio xdg-utils
+    gstreamer1.0-libav gstreamer1.0-alsa ca-certificates xdg-utils
 )
 
 test_packages=(
