@@ -12,7 +12,7 @@ if [ "${1:-}" = --no-start ]; then
     shift
 fi
 
-install_missing "${build_packages[@]}" "${run_packages[@]}"
+install_missing "${build_packages[@]}" "${run_packages[@]}" "${ad_packages[@]}"
 cmake --preset release -DNAVORIN_TESTS=OFF -DNAVORIN_BENCHMARKS=OFF >/dev/null
 cmake --build --preset release
 

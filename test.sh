@@ -9,7 +9,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 . scripts/dependencies.sh
-install_missing "${build_packages[@]}" "${run_packages[@]}" "${test_packages[@]}"
+install_missing "${build_packages[@]}" "${run_packages[@]}" "${ad_packages[@]}" "${packaging_packages[@]}" "${test_packages[@]}"
 
 stages=("$@")
 [ ${#stages[@]} -eq 0 ] && stages=(release lint asan tsan)

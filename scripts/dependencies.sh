@@ -1,4 +1,4 @@
-# The one list of Debian packages that Navorin needs; run.sh and test.sh both read it.
+# The one list of Debian packages that Navorin needs; run.sh, test.sh and the packages that cpack makes read it.
 
 build_packages=(
     g++ cmake ninja-build ccache pkg-config
@@ -9,19 +9,33 @@ build_packages=(
     libcpp-httplib-dev nlohmann-json3-dev libsodium-dev libsqlite3-dev
 )
 
+# What Navorin loads by name while it runs; what it is linked with comes with build_packages.
 run_packages=(
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript qml6-module-qtquick qml6-module-qtquick-controls
-    qml6-module-qtquick-layouts qml6-module-qtquick-shapes qml6-module-qtquick-templates
-    qml6-module-qtquick-window qml6-module-qtwebengine qml6-module-qtmultimedia
-    qt6-qpa-plugins libgl1-mesa-dri
+    qml6-module-qtquick-templates qml6-module-qtmultimedia
+    qt6-image-formats-plugins libgl1-mesa-dri
     gstreamer1.0-plugins-base gstreamer1.0-plugins-good gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly
-    gstreamer1.0-libav gstreamer1.0-pulseaudio xdg-utils
+    gstreamer1.0-libav gstreamer1.0-alsa ca-certificates xdg-utils
 )
+
+# What it loads only where an ad network is set.
+ad_packages=(
+    qml6-module-qtwebengine qml6-module-qtwebchannel
+)
+
+# What a desktop brings: a bus, a sound server and a keyring. Only Navorin's own package asks for them.
+desktop_packages=(
+    "default-dbus-session-bus | dbus-session-bus" "pipewire-pulse | pulseaudio"
+    "gnome-keyring | libkf5wallet-bin | keepassxc"
+)
+
+# What cpack makes the packages with.
+packaging_packages=(dpkg-dev file)
 
 test_packages=(
     libbenchmark-dev clang-format clang-tidy qt6-declarative-dev-tools
     python3 python3-gi gir1.2-atspi-2.0 at-spi2-core xvfb x11-xkb-utils xdotool dbus gnome-keyring libglib2.0-bin libsecret-tools playerctl pulseaudio pulseaudio-utils procps
-    ffmpeg desktop-file-utils
+    ffmpeg desktop-file-utils appstream man-db librsvg2-bin gstreamer1.0-tools
 )
 
 # install_missing PACKAGE... : asks apt only for what is not there yet.

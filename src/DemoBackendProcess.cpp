@@ -27,11 +27,12 @@ DemoBackendProcess::~DemoBackendProcess()
 std::optional<QUrl> DemoBackendProcess::start()
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    m_process.start(QCoreApplication::applicationDirPath() + u"/navorin-demo-backend"_s,
-                    {u"--port"_s, u"0"_s, u"--parent-watch"_s});
+    const auto program = QCoreApplication::applicationDirPath() + u"/navorin-demo-backend"_s;
+    m_process.start(program, {u"--port"_s, u"0"_s, u"--parent-watch"_s});
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(startTimeoutMs)) {
-            qCritical() << "The demo backend did not start:" << m_process.errorString();
+            qCritical() << "navorin: the demo backend" << program
+                        << "did not start:" << m_process.errorString();
             return {};
         }
     }

@@ -37,6 +37,7 @@
 
 #include <QDateTime>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QQuickWindow>
 #include <QStandardPaths>
 #include <QThreadPool>
@@ -67,6 +68,13 @@ void traceStart(QQuickWindow &window, StationStore &store)
             [&store] { printDebugLine(u"[App] grid filled "_s + QString::number(store.stations().size())); },
             Qt::SingleShotConnection);
     });
+}
+
+/// For desktops that do not find it by the name of the desktop file. It is drawn when the start is over.
+void setIconWhenShown(QQuickWindow &window)
+{
+    const auto set = [&window] { window.setIcon(QIcon(u":/navorin/ir.navorin.NavorinRadio.svg"_s)); };
+    QObject::connect(&window, &QQuickWindow::frameSwapped, &window, set, Qt::SingleShotConnection);
 }
 
 } // namespace
@@ -201,8 +209,10 @@ bool NavorinRadioApp::showWindow()
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())
         return false;
-    if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst()))
+    if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst())) {
         traceStart(*window, store);
+        setIconWhenShown(*window);
+    }
 
     QObject::connect(&player, &RadioPlayer::isPlayingChanged, m_engine.get(),
                      [this, &player] { m_platform->suspend.setInhibited(player.isPlaying()); });

@@ -96,7 +96,9 @@ int NavorinRadioApp::run(int argc, char *argv[])
                                       : backendAddress(qEnvironmentVariable("NAVORIN_BASE_URL"),
                                                        QStringLiteral(NAVORIN_BASE_URL));
     if (!baseUrl) {
-        qCritical() << "navorin: no usable backend address (https, or http to this machine, without a path)";
+        if (!options.demo)
+            qCritical()
+                << "navorin: no usable backend address (https, or http to this machine, without a path)";
         return exitConfiguration;
     }
 

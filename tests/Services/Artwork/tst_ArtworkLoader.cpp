@@ -57,6 +57,7 @@ void tst_ArtworkLoader::prepares_data()
     const auto png = picture({300, 500}, "png");
     QTest::newRow("jpeg") << jpeg << true;
     QTest::newRow("png") << png << true;
+    QTest::newRow("webp") << picture({300, 500}, "webp") << true;
     QTest::newRow("smaller") << picture({20, 30}, "png") << true;
     QTest::newRow("one pixel") << picture({1, 1}, "png") << true;
     QTest::newRow("huge jpeg") << picture({8000, 8000}, "jpeg") << true;
