@@ -6,7 +6,7 @@ Run by hand:
     bench/Soak/soak.py [--build build/release] [--minutes 60] [--every 20]
 
 One private desktop session with the demo backend on loopback. Every --every seconds the lyrics and the player are
-closed, another station is taken from the grid, live ones and lists in turn, and the lyrics are opened again. Told for each minute: memory (PSS and RSS, MiB), open descriptors, threads, and processor time. The
+closed, another station is taken from the grid, live ones and lists in turn, and the lyrics are opened again. Told for each minute: memory (PSS, what is private and written to, and RSS, MiB), open descriptors, threads, and processor time. The
 first five minutes fill the caches; what comes after is compared with them.
 """
 import argparse
@@ -30,7 +30,7 @@ LYRICS, PLAY_ALL, GRID = "متن ترانه", "پخش همه", "ایستگاه�
 
 def memory(process):
     text = pathlib.Path(f"/proc/{process}/smaps_rollup").read_text()
-    return [int(re.search(rf"^{name}:\s+(\d+)", text, re.MULTILINE)[1]) / 1024 for name in ("Pss", "Rss")]
+    return [int(re.search(rf"^{name}:\s+(\d+)", text, re.MULTILINE)[1]) / 1024 for name in ("Pss", "Private_Dirty", "Rss")]
 
 
 def counts(process):
@@ -86,7 +86,7 @@ def minutes(screen, app, stations, count, every):
 
 
 def compare(rows):
-    for column, name in ((1, "PSS, MiB"), (2, "RSS, MiB"), (3, "descriptors"), (4, "threads")):
+    for column, name in ((1, "PSS, MiB"), (2, "private, MiB"), (3, "RSS, MiB"), (4, "descriptors"), (5, "threads")):
         warm = [row[column] for row in rows[:WARM_MINUTES]][-2:]
         late = [row[column] for row in rows[-WARM_MINUTES:]]
         print(f"{name:12} after {WARM_MINUTES} minutes {statistics.mean(warm):7.1f}, at the end {statistics.mean(late):7.1f}, "
@@ -107,11 +107,11 @@ def main():
         screen = scope.enter_context(Screen(desktop))
         stations = stations_on(screen)
         screen.click(LYRICS, "push button")
-        print("minute   PSS    RSS  fds threads  CPU s  played", flush=True)
+        print("minute   PSS private    RSS  fds threads  CPU s  played", flush=True)
         rows = []
         for row in minutes(screen, app, stations, options.minutes, options.every):
             rows.append(row)
-            print("{:6d} {:6.1f} {:6.1f} {:4d} {:7d} {:6.1f} {:7d}".format(*row), flush=True)
+            print("{:6d} {:6.1f} {:7.1f} {:6.1f} {:4d} {:7d} {:6.1f} {:7d}".format(*row), flush=True)
         compare(rows)
         print(f"errors told: {len([line for line in app.errors if 'qrc:' in line])}")
 
