@@ -113,7 +113,7 @@ FocusScope {
             StationCardView {
                 x: Math.round(cell.x + grid.inset) - cell.x
                 width: Math.floor(cell.width - 2 * grid.inset)
-                height: width + 54
+                height: width + Theme.captionHeight
                 focus: true
                 name: cell.name
                 artworkAddress: cell.artworkAddress
@@ -149,7 +149,7 @@ FocusScope {
         width: parent.width - 2 * x
         height: parent.height
         cellWidth: width / screen.columns
-        cellHeight: Math.floor(cellWidth) + 54
+        cellHeight: Math.floor(cellWidth) + Theme.captionHeight
         model: screen.home.content === HomeViewState.Grid ? cards : null
         reuseItems: true
         cacheBuffer: 2 * cellHeight
@@ -166,7 +166,7 @@ FocusScope {
         header: Item { width: 1; height: head.height }
         footer: Item {
             width: 1
-            height: screen.home.hasStation ? 110 : 24
+            height: screen.home.hasStation ? Theme.miniSpace : 24
         }
         add: Transition {
             GridSpring { property: "opacity"; from: 0; to: 1 }
@@ -190,13 +190,13 @@ FocusScope {
             id: scroll
             target: grid
             property: "contentY"
-            duration: 180
+            duration: Theme.motionTime(180)
             easing.type: Easing.OutQuad
         }
         NumberAnimation on scale {
             from: 0.96
             to: 1
-            duration: 350
+            duration: Theme.motionTime(350)
             easing.type: Easing.OutQuad
         }
     }
