@@ -1,5 +1,4 @@
 import QtQuick
-import Navorin
 
 // What assistive technology calls a popup, which takes no name itself: the item that it lies in does.
 Binding {
