@@ -132,6 +132,8 @@ FocusScope {
 
         // Half a gap on both sides of each cell; rounded in the cell, so that covers meet the pixels.
         readonly property real inset: screen.spacing / 2
+        // Then it stays there when what stands above the cards changes its height.
+        property bool isAtTop: true
 
         // Clear of the mini player, and with the header when it is the first row.
         function keepInSight() {
@@ -157,6 +159,8 @@ FocusScope {
         keyNavigationEnabled: true
         highlightFollowsCurrentItem: false
         onCurrentItemChanged: if (Stage.keyboardSteers) keepInSight()
+        onContentYChanged: isAtTop = contentY <= originY + 1
+        onOriginYChanged: if (isAtTop && !moving) contentY = originY
         boundsBehavior: Flickable.DragOverBounds
         clip: false
         Accessible.role: Accessible.List
