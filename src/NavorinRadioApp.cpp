@@ -12,6 +12,7 @@
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
 #include "Platform/Desktop/MprisService.h"
+#include "Platform/Desktop/PortalDesktopSettings.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/SystemLog.h"
 #include "Platform/Http/QtHttpSession.h"
@@ -95,6 +96,11 @@ struct NavorinRadioApp::Platform
     {
         return QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + u"/now-playing"_s;
     }
+    /// X11 has one number for both, how fine the screen is and how large texts are wanted; Qt follows it.
+    static double enlargement()
+    {
+        return QGuiApplication::platformName() == u"xcb" ? qGuiApp->devicePixelRatio() : 1;
+    }
 
     QtMainQueue queue;
     QtFileStore files;
@@ -115,6 +121,11 @@ struct NavorinRadioApp::Platform
     GstMediaExporter exporter;
     DesktopShareSheet shareSheet{QDBusConnection::sessionBus()};
     DesktopMediaLibrary mediaLibrary;
+    PortalDesktopSettings settings{
+        QDBusConnection::sessionBus(),
+        DesktopSettingsOverride::parse(qEnvironmentVariable("NAVORIN_TEXT_SCALE"),
+                                       qEnvironmentVariable("NAVORIN_REDUCED_MOTION")),
+        enlargement()};
 };
 
 NavorinRadioApp::NavorinRadioApp(const QUrl &baseUrl, const LaunchOptions &options)
@@ -205,6 +216,7 @@ bool NavorinRadioApp::showWindow()
     surroundings.adNetwork = adNetwork(adHost(), adSite(), APIClient::shared().baseUrl());
     surroundings.shareSheet = &m_platform->shareSheet;
     surroundings.mediaLibrary = &m_platform->mediaLibrary;
+    surroundings.settings = &m_platform->settings;
     prepareViews(*m_engine, surroundings);
     m_engine->load(QUrl(u"qrc:/qt/qml/Navorin/Main.qml"_s));
     if (m_engine->rootObjects().isEmpty())

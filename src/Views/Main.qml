@@ -53,7 +53,7 @@ ApplicationWindow {
             x: isRail ? parent.width - width : 0
             y: isRail ? 0 : parent.height - height
             width: isRail ? (isWide ? 200 : 84) : parent.width
-            height: isRail ? parent.height : 60
+            height: isRail ? parent.height : Theme.grown(60, 20)
         }
         ContentView {
             id: content

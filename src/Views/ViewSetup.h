@@ -9,6 +9,7 @@ class QQmlEngine;
 
 namespace navorin {
 
+class DesktopSettings;
 class MainQueue;
 class MediaLibrary;
 class ShareSheet;
@@ -30,6 +31,8 @@ struct ViewSurroundings
     /// What a finished video is handed to; both there before it can be made.
     ShareSheet *shareSheet = nullptr;
     MediaLibrary *mediaLibrary = nullptr;
+    /// How large texts are wanted and whether things may move; without it everything is as drawn.
+    DesktopSettings *settings = nullptr;
 };
 
 /// Brings what the screens draw with into `engine`: fonts and symbols. Once, after the application

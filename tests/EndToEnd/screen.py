@@ -30,7 +30,8 @@ class Screen:
         self._reader.stdout.close()
 
     def all(self, role=None, state=None):
-        """What can be seen, in reading order: dictionaries of role, name, states and place (x, y, width, height)."""
+        """What can be seen, in reading order: dictionaries of role, name, description, list, states
+        and place (x, y, width, height)."""
         self._reader.stdin.write("\n")
         self._reader.stdin.flush()
         found = json.loads(self._reader.stdout.readline())
@@ -61,23 +62,25 @@ class Screen:
         return place
 
 
-STATES = ("FOCUSED", "SELECTED", "CHECKED", "ENABLED")
+STATES = ("FOCUSED", "FOCUSABLE", "SELECTED", "CHECKED", "ENABLED")
 
 
-def read(atspi, glib, node, found):
+def read(atspi, glib, node, found, around=None):
+    """`around`: the name of the list that it stands in."""
     try:
         states = node.get_state_set()
         if not states.contains(atspi.StateType.VISIBLE):
             return
         box = node.get_component_iface()
         place = box.get_extents(atspi.CoordType.SCREEN) if box else None
-        found.append({"role": node.get_role_name(), "name": node.get_name(),
+        role, name = node.get_role_name(), node.get_name()
+        found.append({"role": role, "name": name, "list": around, "description": node.get_description(),
                       "states": [name.lower() for name in STATES if states.contains(getattr(atspi.StateType, name))],
                       "place": [place.x, place.y, place.width, place.height] if place else [0, 0, 0, 0]})
         for index in range(node.get_child_count()):
             child = node.get_child_at_index(index)
             if child:
-                read(atspi, glib, child, found)
+                read(atspi, glib, child, found, name if role == "list" else around)
     except glib.Error:
         pass  # it went while it was being read
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Desktop/DesktopSettings.h"
 #include "Platform/Storage/QtFileStore.h"
 #include "Platform/Tasks/Detached.h"
 #include "Services/Account/AuthStore.h"
@@ -72,7 +73,9 @@ protected:
         m_queue = std::make_unique<ManualMainQueue>();
         shareServices(http);
         m_engine = std::make_unique<QQmlApplicationEngine>();
-        prepareViews(*m_engine, {*m_queue, m_desktop.urlOpener});
+        ViewSurroundings surroundings{*m_queue, m_desktop.urlOpener};
+        surroundings.settings = &m_settings;
+        prepareViews(*m_engine, surroundings);
         m_engine->load(QUrl(QStringLiteral("qrc:/qt/qml/Navorin/Main.qml")));
         m_window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().value(0));
         QVERIFY(m_window);
@@ -161,6 +164,7 @@ protected:
     FakeUserDefaults m_defaults;
     FakeDesktop m_desktop;
     FakeSecureItemStore m_secrets;
+    DesktopSettings m_settings;
     std::unique_ptr<QQmlApplicationEngine> m_engine;
     QQuickWindow *m_window = nullptr;
 

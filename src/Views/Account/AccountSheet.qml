@@ -19,7 +19,7 @@ SheetPage {
         required property string label
 
         width: (parent.width - 12) / 2
-        height: 108
+        height: Theme.grown(108, 78)
         radius: Theme.panelRadius
         color: Theme.panelFill
         border.width: 1
@@ -114,7 +114,7 @@ SheetPage {
     }
     NButton {
         width: parent.width
-        implicitHeight: 48
+        implicitHeight: Theme.grown(48, 24)
         focus: true
         text: "خروج از حساب"
         symbol: "rectangle.portrait.and.arrow.right"

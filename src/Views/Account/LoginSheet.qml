@@ -31,7 +31,7 @@ SheetPage {
         property bool isComplete: true
 
         width: parent.width
-        implicitHeight: 52
+        implicitHeight: Theme.grown(52, 24)
         isColored: true
         leadingColor: Qt.rgba(0.39, 0.4, 0.95, 1)
         trailingColor: Qt.rgba(0.63, 0.38, 0.96, 1)
@@ -191,7 +191,7 @@ SheetPage {
                 }
                 NButton {
                     width: parent.width
-                    implicitHeight: 48
+                    implicitHeight: Theme.grown(48, 24)
                     text: "باز کردن تلگرام"
                     symbol: "paperplane.fill"
                     isColored: true

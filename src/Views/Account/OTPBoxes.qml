@@ -64,10 +64,8 @@ Item {
                 NText {
                     anchors.centerIn: parent
                     text: box.digit
+                    role: Theme.screenTitle
                     isOutside: true
-                    font.pixelSize: 22
-                    font.weight: Font.Bold
-                    height: 30
                 }
                 Rectangle {
                     anchors.centerIn: parent

@@ -7,7 +7,7 @@ ListView {
 
     required property HomeViewState home
 
-    implicitHeight: 36
+    implicitHeight: Theme.grown(36, 22)
     orientation: ListView.Horizontal
     spacing: 8
     interactive: contentWidth > width
@@ -16,7 +16,7 @@ ListView {
     keyNavigationEnabled: true
     model: home.categories
     currentIndex: home.selectedCategory
-    Accessible.role: Accessible.Grouping
+    Accessible.role: Accessible.List
     Accessible.name: "دسته‌ها"
 
     delegate: ScaleButtonStyle {

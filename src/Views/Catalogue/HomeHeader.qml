@@ -14,7 +14,7 @@ Item {
     signal searchRequested
     signal accountRequested
 
-    implicitHeight: 64
+    implicitHeight: Math.max(Theme.grown(64, 60), leading.height + 4)
 
     Column {
         id: leading
@@ -39,6 +39,8 @@ Item {
             role: header.isTight ? Theme.smallCaption : Theme.caption
             font.weight: Font.Normal
             color: Theme.white(0.55)
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }

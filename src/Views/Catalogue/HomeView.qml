@@ -113,7 +113,7 @@ FocusScope {
             StationCardView {
                 x: Math.round(cell.x + grid.inset) - cell.x
                 width: Math.floor(cell.width - 2 * grid.inset)
-                height: width + 54
+                height: width + Theme.captionHeight
                 focus: true
                 name: cell.name
                 artworkAddress: cell.artworkAddress
@@ -132,6 +132,8 @@ FocusScope {
 
         // Half a gap on both sides of each cell; rounded in the cell, so that covers meet the pixels.
         readonly property real inset: screen.spacing / 2
+        // Then it stays there when what stands above the cards changes its height.
+        property bool isAtTop: true
 
         // Clear of the mini player, and with the header when it is the first row.
         function keepInSight() {
@@ -149,7 +151,7 @@ FocusScope {
         width: parent.width - 2 * x
         height: parent.height
         cellWidth: width / screen.columns
-        cellHeight: Math.floor(cellWidth) + 54
+        cellHeight: Math.floor(cellWidth) + Theme.captionHeight
         model: screen.home.content === HomeViewState.Grid ? cards : null
         reuseItems: true
         cacheBuffer: 2 * cellHeight
@@ -157,6 +159,8 @@ FocusScope {
         keyNavigationEnabled: true
         highlightFollowsCurrentItem: false
         onCurrentItemChanged: if (Stage.keyboardSteers) keepInSight()
+        onContentYChanged: isAtTop = contentY <= originY + 1
+        onOriginYChanged: if (isAtTop && !moving) contentY = originY
         boundsBehavior: Flickable.DragOverBounds
         clip: false
         Accessible.role: Accessible.List
@@ -166,7 +170,7 @@ FocusScope {
         header: Item { width: 1; height: head.height }
         footer: Item {
             width: 1
-            height: screen.home.hasStation ? 110 : 24
+            height: screen.home.hasStation ? Theme.miniSpace : 24
         }
         add: Transition {
             GridSpring { property: "opacity"; from: 0; to: 1 }
@@ -190,13 +194,13 @@ FocusScope {
             id: scroll
             target: grid
             property: "contentY"
-            duration: 180
+            duration: Theme.motionTime(180)
             easing.type: Easing.OutQuad
         }
         NumberAnimation on scale {
             from: 0.96
             to: 1
-            duration: 350
+            duration: Theme.motionTime(350)
             easing.type: Easing.OutQuad
         }
     }

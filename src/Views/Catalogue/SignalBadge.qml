@@ -9,7 +9,7 @@ Rectangle {
     required property bool isPlaying
 
     implicitWidth: row.width + 24
-    implicitHeight: 30
+    implicitHeight: Theme.grown(30, 20)
     radius: height / 2
     color: Theme.secondaryFill
     Accessible.role: Accessible.StaticText

@@ -46,7 +46,7 @@ ScreenPage {
         activeFocusOnTab: true
         keyNavigationEnabled: true
         highlightFollowsCurrentItem: true
-        highlightMoveDuration: 120
+        highlightMoveDuration: Theme.motionTime(120)
         preferredHighlightBegin: 16
         preferredHighlightEnd: height - footerItem.height
         highlightRangeMode: ListView.ApplyRange
@@ -57,7 +57,7 @@ ScreenPage {
         header: Item { width: 1; height: head.height }
         footer: Item {
             width: 1
-            height: page.detail.hasStation ? 100 : 24
+            height: page.detail.hasStation ? Theme.grown(100, 46) : 24
         }
         delegate: StationTrackRow {
             required property int index

@@ -19,7 +19,7 @@ ScaleButtonStyle {
 
     text: title
     radius: Theme.artRadius
-    implicitHeight: 64
+    implicitHeight: Theme.trackHeight
     focusPolicy: Qt.ClickFocus // the list is one step of the Tab key; its rows are the arrows'
     Accessible.role: Accessible.ListItem
     Accessible.description: artist
@@ -50,7 +50,7 @@ ScaleButtonStyle {
         Item {
             id: leading
             anchors.left: parent.left
-            width: 34
+            width: Theme.grown(34, 34)
             height: parent.height
 
             NText {

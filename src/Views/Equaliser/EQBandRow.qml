@@ -10,14 +10,14 @@ Item {
     required property string modelData
     readonly property real gain: eq.gains[index]
 
-    height: 40
+    height: Theme.grown(40, 22)
     enabled: eq.areBandsMovable
 
     NText {
         id: label
         anchors.left: parent.left
         anchors.verticalCenter: parent.verticalCenter
-        width: 66
+        width: Theme.grown(66, 66)
         text: row.modelData
         role: Theme.caption
         color: Theme.white(0.6)
@@ -44,7 +44,7 @@ Item {
         id: figure
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: 34
+        width: Theme.grown(34, 34)
         text: row.eq.gainText(row.gain)
         role: Theme.caption
         horizontalAlignment: Text.AlignRight

@@ -53,7 +53,7 @@ SheetPage {
         id: list
 
         width: parent.width
-        height: Math.min(contentHeight, 5.5 * 66)
+        height: Math.min(contentHeight, 5.5 * (Theme.resultHeight + spacing))
         visible: sheet.adding.isSignedIn && count > 0
         clip: contentHeight > height
         interactive: contentHeight > height
@@ -75,7 +75,7 @@ SheetPage {
             required property string artworkAddress
 
             width: list.width
-            height: 60
+            height: Theme.resultHeight
             ListView.onPooled: visible = false
             ListView.onReused: visible = true
 

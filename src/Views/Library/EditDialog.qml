@@ -5,7 +5,6 @@ import Navorin
 Sheet {
     id: dialog
 
-    property string title
     property string message
     property string firstLabel
     property string secondLabel
@@ -37,8 +36,6 @@ Sheet {
 
             implicitHeight: words.height + 48
             focus: true
-            Accessible.role: Accessible.Dialog
-            Accessible.name: dialog.title
 
             Column {
                 id: words

@@ -11,7 +11,7 @@ ScaleButtonStyle {
     // Of the disc at the far end; empty for none.
     property string actionSymbol
 
-    implicitHeight: 84
+    implicitHeight: Math.max(Theme.grown(84, 46), words.height + 24)
     radius: Theme.panelRadius
     Accessible.description: line
 
@@ -43,6 +43,7 @@ ScaleButtonStyle {
             }
         }
         Column {
+            id: words
             anchors.left: tile.right
             anchors.leftMargin: 14
             anchors.right: disc.visible ? disc.left : parent.right
@@ -60,6 +61,8 @@ ScaleButtonStyle {
                 role: Theme.caption
                 font.weight: Font.Normal
                 color: Theme.white(0.6)
+                wrapMode: Text.Wrap
+                maximumLineCount: 2
                 visible: text !== ""
             }
         }

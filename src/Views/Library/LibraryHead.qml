@@ -22,7 +22,7 @@ Item {
 
         Item {
             width: parent.width
-            height: 40
+            height: Theme.grown(40, 38)
 
             NText {
                 anchors.left: parent.left
@@ -57,12 +57,16 @@ Item {
             visible: hasFavorites || head.offersOffline
 
             OfflineCard {
+                id: offline
                 width: cards.share
+                height: cards.isHalved ? Math.max(implicitHeight, favorites.implicitHeight) : implicitHeight
                 visible: head.offersOffline
                 onClicked: head.offlineRequested()
             }
             FeatureCard {
+                id: favorites
                 width: cards.share
+                height: cards.isHalved ? offline.height : implicitHeight
                 visible: cards.hasFavorites
                 symbol: "heart.fill"
                 tone: Theme.heart

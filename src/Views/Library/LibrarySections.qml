@@ -125,7 +125,7 @@ Grid {
             id: results
 
             width: parent.width
-            height: Math.min(contentHeight, 6 * 66 - spacing)
+            height: Math.min(contentHeight, 6 * (Theme.resultHeight + spacing) - spacing)
             visible: count > 0
             clip: contentHeight > height
             interactive: contentHeight > height
@@ -148,7 +148,7 @@ Grid {
                 required property bool isSelected
 
                 width: results.width
-                height: 60
+                height: Theme.resultHeight
                 ListView.onPooled: visible = false
                 ListView.onReused: visible = true
 

@@ -102,7 +102,7 @@ FocusScope {
         width: parent.width - 2 * x
         height: parent.height
         cellWidth: width / screen.columns
-        cellHeight: Math.floor(cellWidth) + 54
+        cellHeight: Math.floor(cellWidth) + Theme.captionHeight
         model: screen.library.playlists
         reuseItems: true
         cacheBuffer: 2 * cellHeight
@@ -120,7 +120,7 @@ FocusScope {
         onDragEnded: if (disc.isPulledFar) screen.library.refresh()
 
         header: Item { width: 1; height: head.height + 16 }
-        footer: Item { width: 1; height: sections.height + banner.height + 40 + (screen.library.hasStation ? 110 : 24) }
+        footer: Item { width: 1; height: sections.height + banner.height + 40 + (screen.library.hasStation ? Theme.miniSpace : 24) }
 
         delegate: FocusScope {
             id: cell
@@ -139,7 +139,7 @@ FocusScope {
             Loader {
                 x: Math.round(cell.x + grid.inset) - cell.x
                 width: Math.floor(cell.width - 2 * grid.inset)
-                height: width + 54
+                height: width + Theme.captionHeight
                 focus: true
                 asynchronous: true
                 onLoaded: item.focus = true
@@ -148,6 +148,7 @@ FocusScope {
                     title: cell.title
                     line: cell.line
                     artworkAddress: cell.artworkAddress
+                    isCurrent: cell.GridView.isCurrentItem
                     onClicked: {
                         grid.currentIndex = cell.index
                         screen.screenRequested(detailScreen, {summary: screen.library.playlistAt(cell.index)})
@@ -161,7 +162,7 @@ FocusScope {
         KeepInSight {
             id: keeper
             view: grid
-            below: screen.library.hasStation ? 110 : 24
+            below: screen.library.hasStation ? Theme.miniSpace : 24
         }
     }
     LibrarySections {

@@ -8,6 +8,8 @@ ScaleButtonStyle {
     required property string title
     required property string line
     required property string artworkAddress
+    // The grid's current card: its button is the Tab key's next step.
+    property bool isCurrent: false
 
     // With where in the card the menu is to open.
     signal menuRequested(at: point)
@@ -54,7 +56,7 @@ ScaleButtonStyle {
                 height: 30
                 radius: 15
                 text: "گزینهها"
-                focusPolicy: Qt.NoFocus
+                focusPolicy: card.isCurrent ? Qt.TabFocus : Qt.NoFocus
                 onClicked: card.menuRequested(Qt.point(x, y + height + 4))
 
                 background: Rectangle {

@@ -164,7 +164,7 @@ ScreenPage {
             onDragEnded: if (disc.isPulledFar) page.playlist.load()
 
             header: Item { width: 1; height: head.height }
-            footer: Item { width: 1; height: page.playlist.hasStation ? 110 : 24 }
+            footer: Item { width: 1; height: page.playlist.hasStation ? Theme.miniSpace : 24 }
 
             delegate: FocusScope {
                 id: cell
@@ -177,7 +177,7 @@ ScreenPage {
                 required property bool isSelected
 
                 width: list.width
-                height: 64
+                height: Theme.trackHeight
                 ListView.onPooled: visible = false
                 ListView.onReused: visible = true
 
@@ -197,6 +197,7 @@ ScreenPage {
                         note: cell.note
                         isSelected: cell.isSelected
                         isPlaying: page.playlist.isPlaying
+                        isCurrent: cell.ListView.isCurrentItem
                         onClicked: {
                             list.currentIndex = cell.index
                             page.playlist.play(cell.index)
@@ -211,7 +212,7 @@ ScreenPage {
             KeepInSight {
                 id: keeper
                 view: list
-                below: page.playlist.hasStation ? 110 : 24
+                below: page.playlist.hasStation ? Theme.miniSpace : 24
             }
         }
         Spinner {

@@ -16,7 +16,7 @@ Item {
 
         Item {
             width: parent.width
-            height: 112
+            height: Math.max(112, names.height + 16)
 
             Shadow {
                 anchors.fill: cover
@@ -33,11 +33,12 @@ Item {
                 address: head.playlist.coverAddress
             }
             Column {
+                id: names
                 anchors.left: cover.right
                 anchors.leftMargin: 16
                 anchors.right: play.visible ? play.left : parent.right
                 anchors.rightMargin: 16
-                anchors.verticalCenter: cover.verticalCenter
+                y: Math.max(0, (cover.height - height) / 2)
 
                 NText {
                     width: parent.width

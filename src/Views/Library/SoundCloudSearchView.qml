@@ -48,7 +48,7 @@ ScreenPage {
             Accessible.name: page.title
             onCurrentItemChanged: if (currentItem && Stage.keyboardSteers) keeper.show(currentItem, 8)
 
-            footer: Item { width: 1; height: page.soundCloud.hasStation ? 110 : 24 }
+            footer: Item { width: 1; height: page.soundCloud.hasStation ? Theme.miniSpace : 24 }
 
             delegate: FocusScope {
                 id: cell
@@ -60,7 +60,7 @@ ScreenPage {
                 required property bool isSelected
 
                 width: list.width
-                height: 64
+                height: Theme.grown(64, 42)
                 ListView.onPooled: visible = false
                 ListView.onReused: visible = true
 
@@ -83,7 +83,7 @@ ScreenPage {
             KeepInSight {
                 id: keeper
                 view: list
-                below: page.soundCloud.hasStation ? 110 : 24
+                below: page.soundCloud.hasStation ? Theme.miniSpace : 24
             }
         }
         Spinner {

@@ -14,7 +14,7 @@ ScaleButtonStyle {
     property string actionSymbol: "play.circle"
 
     text: title
-    implicitHeight: 60
+    implicitHeight: Theme.resultHeight
     radius: Theme.artRadius
     focusPolicy: Qt.ClickFocus
     Accessible.description: line

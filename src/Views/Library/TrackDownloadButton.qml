@@ -16,7 +16,6 @@ ScaleButtonStyle {
     height: 36
     radius: 18
     text: download.isKept ? "حذف دانلود" : download.isLoading ? "لغو دانلود" : "دانلود آفلاین"
-    focusPolicy: Qt.NoFocus
     onClicked: download.toggle()
 
     background: Rectangle {

@@ -13,6 +13,8 @@ ScaleButtonStyle {
     required property string note
     required property bool isSelected
     property bool isPlaying: false
+    // The list's current row: its buttons are the Tab key's next steps.
+    property bool isCurrent: false
 
     // With where in the row the menu is to open.
     signal menuRequested(at: point)
@@ -20,7 +22,7 @@ ScaleButtonStyle {
     signal deleteRequested
 
     text: title
-    implicitHeight: 64
+    implicitHeight: Theme.trackHeight
     radius: Theme.artRadius
     focusPolicy: Qt.ClickFocus
     Accessible.description: line
@@ -50,8 +52,8 @@ ScaleButtonStyle {
             id: place
             anchors.left: parent.left
             anchors.verticalCenter: parent.verticalCenter
-            width: 36
-            height: 24
+            width: Theme.grown(36, 36)
+            height: Theme.caption.line
 
             NText {
                 anchors.fill: parent
@@ -118,6 +120,7 @@ ScaleButtonStyle {
             anchors.verticalCenter: parent.verticalCenter
             playlist: track.playlist
             row: track.number - 1
+            focusPolicy: more.focusPolicy
         }
         ScaleButtonStyle {
             id: more
@@ -127,7 +130,7 @@ ScaleButtonStyle {
             height: 36
             radius: 18
             text: "گزینهها"
-            focusPolicy: Qt.NoFocus
+            focusPolicy: track.isCurrent ? Qt.TabFocus : Qt.NoFocus
             onClicked: {
                 const corner = mapToItem(track, 0, height)
                 track.menuRequested(Qt.point(corner.x, corner.y))

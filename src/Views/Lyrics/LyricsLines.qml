@@ -52,7 +52,10 @@ ListView {
         translated: list.translated
         onClicked: list.sheet.seekTo(index)
     }
-    ScrollBar.vertical: ScrollBar { policy: ScrollBar.AsNeeded }
+    ScrollBar.vertical: ScrollBar {
+        policy: ScrollBar.AsNeeded
+        Accessible.ignored: true // the list scrolls by its own keys
+    }
 
     Behavior on translated { SpringMotion { response: 0.5; damping: 0.85 } }
 
@@ -77,6 +80,7 @@ ListView {
             bringNear(index)
             row = index
             start = list.contentY
+            progress = 0 // also where the whole way takes no time
             restart()
         }
         // A row far away is not laid out; from a page away the rest of the way can be shown.
@@ -92,11 +96,11 @@ ListView {
         property: "progress"
         from: 0
         to: 1
-        duration: 450
+        duration: Theme.motionTime(450)
         easing.type: Easing.InOutQuad
         onProgressChanged: {
             const item = list.itemAtIndex(row)
-            if (item !== null && running)
+            if (item !== null)
                 list.contentY = start + (list.clamped(item.y + (item.height - list.height) / 2) - start) * progress
         }
     }

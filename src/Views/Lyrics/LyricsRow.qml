@@ -30,7 +30,7 @@ T.AbstractButton {
     Accessible.selected: isActive
     Accessible.onPressAction: clicked()
 
-    Behavior on light { NumberAnimation { duration: 300; easing.type: Easing.InOutQuad } }
+    Behavior on light { NumberAnimation { duration: Theme.motionTime(300); easing.type: Easing.InOutQuad } }
 
     component Line: NText {
         property real growth: 1
@@ -62,7 +62,7 @@ T.AbstractButton {
         x: row.width - width
         text: row.words
         growth: row.grown
-        font.pixelSize: 19
+        font.pixelSize: Math.round(19 * Stage.textScale)
         font.weight: row.isActive ? Font.Bold : Font.Medium
         opacity: 0.38 + 0.62 * row.light + (row.hovered ? 0.14 * (1 - row.light) : 0)
     }
@@ -72,7 +72,7 @@ T.AbstractButton {
         y: lyric.height + 6
         text: row.translation
         growth: 16 / 14
-        font.pixelSize: 14
+        font.pixelSize: Math.round(14 * Stage.textScale)
         font.weight: Font.Medium
         visible: row.hasTranslation && row.translated > 0.01
         color: ThemeFunctions.blend("white", Theme.accent, row.light)

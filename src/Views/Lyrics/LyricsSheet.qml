@@ -14,7 +14,7 @@ FocusScope {
     signal closeRequested
 
     focus: true
-    Accessible.role: Accessible.Dialog
+    Accessible.ignored: true // the sheet around it bears its name
     Accessible.name: "متن ترانه"
     Component.onCompleted: sheet.appear()
 
@@ -54,7 +54,7 @@ FocusScope {
         id: header
         x: page.margin
         width: parent.width - 2 * x
-        height: 72
+        height: Theme.grown(72, 44)
 
         Column {
             anchors.left: parent.left

@@ -10,7 +10,7 @@ Rectangle {
 
     signal cancelRequested
 
-    implicitHeight: 72
+    implicitHeight: Theme.grown(72, 42)
     radius: Theme.artRadius
     color: Theme.rowFill
     Accessible.role: Accessible.ProgressBar
@@ -18,6 +18,7 @@ Rectangle {
     Accessible.description: state.text
 
     NText {
+        id: name
         anchors.left: parent.left
         anchors.leftMargin: 16
         anchors.right: cancel.left
@@ -30,7 +31,7 @@ Rectangle {
         id: state
         anchors.left: parent.left
         anchors.leftMargin: 16
-        y: 30
+        y: name.y + name.height
         text: "در حال دانلود…"
         role: Theme.smallCaption
         color: Theme.white(0.55)
@@ -41,7 +42,7 @@ Rectangle {
         anchors.leftMargin: 16
         anchors.right: cancel.left
         anchors.rightMargin: 12
-        y: 56
+        y: state.y + state.height + 6
         height: 4
         radius: 2
         color: Theme.trackFill
@@ -53,7 +54,7 @@ Rectangle {
             radius: parent.radius
             color: Theme.accent
 
-            Behavior on width { NumberAnimation { duration: 200 } }
+            Behavior on width { NumberAnimation { duration: Theme.motionTime(200) } }
         }
     }
     RoundButton {

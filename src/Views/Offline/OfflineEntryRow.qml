@@ -13,9 +13,10 @@ ScaleButtonStyle {
 
     signal menuRequested
 
-    implicitHeight: 64
+    implicitHeight: Theme.trackHeight
     radius: Theme.artRadius
     text: title
+    focusPolicy: Qt.ClickFocus // the list is one step of the Tab key; its rows are the arrows'
     Accessible.description: artist
     onPressAndHold: menuRequested()
     Keys.onMenuPressed: menuRequested()
@@ -35,7 +36,7 @@ ScaleButtonStyle {
         anchors.left: parent.left
         anchors.leftMargin: 4
         anchors.verticalCenter: parent.verticalCenter
-        width: 40
+        width: Theme.grown(40, 20)
         text: row.number
         role: Theme.caption
         color: Theme.white(0.5)
@@ -52,6 +53,7 @@ ScaleButtonStyle {
         address: row.artworkAddress
     }
     NText {
+        id: name
         anchors.left: picture.right
         anchors.leftMargin: 12
         anchors.right: time.left
@@ -65,7 +67,7 @@ ScaleButtonStyle {
         anchors.leftMargin: 12
         anchors.right: time.left
         anchors.rightMargin: 12
-        y: 33
+        y: name.y + name.height + 1
         text: row.artist
         role: Theme.smallCaption
         isOutside: true

@@ -53,7 +53,7 @@ ScreenPage {
         activeFocusOnTab: true
         keyNavigationEnabled: true
         highlightFollowsCurrentItem: Stage.keyboardSteers
-        highlightMoveDuration: 180
+        highlightMoveDuration: Theme.motionTime(180)
         boundsBehavior: Flickable.StopAtBounds
         Accessible.role: Accessible.List
         Accessible.name: screen.title
@@ -86,7 +86,7 @@ ScreenPage {
         }
         footer: Item {
             width: 1
-            height: screen.library.hasStation ? 110 : 24
+            height: screen.library.hasStation ? Theme.miniSpace : 24
         }
         delegate: FocusScope {
             id: cell
@@ -98,7 +98,7 @@ ScreenPage {
             required property string note
 
             width: list.width
-            height: 64
+            height: Theme.trackHeight
 
             OfflineEntryRow {
                 anchors.fill: parent

@@ -27,6 +27,8 @@ FocusScope {
     readonly property real needed: sizes.record + sizes.belowRecord + column.contentHeight
     readonly property real gap: isWide ? (sizes.isSmall ? 20 : 24)
                                        : Math.max(9, Math.min(24, (stageBottom - headerBottom - needed) / (column.gaps + 1)))
+    // What does not fit in height even so is taken from the record, the only part that stays itself when smaller.
+    readonly property real lack: isWide ? 0 : Math.max(0, needed + gap * column.gaps + 4 - (stageBottom - headerBottom))
     readonly property real slack: Math.max(0, stageBottom - headerBottom - needed - gap * column.gaps)
 
     property real dragOffset: 0
@@ -140,10 +142,10 @@ FocusScope {
             x: screen.isWide ? Math.round(screen.width / 2 + 260 - width / 2) : Math.round((screen.width - width) / 2)
             y: screen.isWide ? Math.round(middle - height / 2)
                              : Math.round(screen.headerBottom + Math.max(4, screen.slack / 2))
-            width: Math.round(screen.sizes.record)
+            width: Math.round(Math.max(60, screen.sizes.record - screen.lack))
             height: width
-            artwork: Math.round(screen.sizes.artwork)
-            spot: Math.round(screen.sizes.spot)
+            artwork: Math.round(screen.sizes.artwork * width / screen.sizes.record)
+            spot: Math.round(screen.sizes.spot * width / screen.sizes.record)
             address: screen.player.artworkAddress
             tone: screen.ink
             isPlaying: screen.player.isPlaying

@@ -12,7 +12,7 @@ ScaleButtonStyle {
 
     text: player.title
     radius: Theme.miniRadius
-    implicitHeight: 72
+    implicitHeight: Theme.grown(72, 46)
     Accessible.description: player.stationName
     onClicked: player.openFullPlayer()
 

@@ -12,13 +12,13 @@ Column {
 
     Row {
         width: parent.width
-        height: 48
+        height: Theme.grown(48, 24)
         spacing: 10
 
         ScaleButtonStyle {
             id: keep
-            width: 48
-            height: 48
+            width: height
+            height: parent.height
             radius: Theme.artRadius
             visible: footer.player.hasTrack
             text: footer.player.keep === FullPlayerViewState.Kept ? "حذف دانلود"
@@ -39,8 +39,8 @@ Column {
             }
             ProgressRing {
                 anchors.centerIn: parent
-                width: 34
-                height: 34
+                width: Theme.grown(34, 15)
+                height: width
                 visible: footer.player.keep === FullPlayerViewState.Loading
                 progress: footer.player.keepProgress
                 color: footer.tint
@@ -50,14 +50,14 @@ Column {
                     // Lone digits sit high in their line.
                     anchors.verticalCenterOffset: 1.5
                     text: Math.floor(footer.player.keepProgress * 100)
-                    font.pixelSize: 11
+                    font.pixelSize: Math.round(11 * Stage.textScale)
                     font.weight: Font.DemiBold
                 }
             }
         }
         NButton {
             width: parent.width - (keep.visible ? keep.width + parent.spacing : 0)
-            height: 48
+            height: parent.height
             text: footer.player.tgLoading ? "در حال ساخت لینک…" : "دانلود در تلگرام"
             symbol: footer.player.tgLoading ? "" : "arrow.down.circle.fill"
             hasSpinner: footer.player.tgLoading

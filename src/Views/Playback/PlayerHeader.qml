@@ -30,7 +30,6 @@ Item {
     }
     NText {
         readonly property real middle: (parent.width - width) / 2
-        readonly property real free: back.x - 12 - width
 
         // In the middle of the window, unless the buttons come near: then in the middle of what they leave.
         x: parent.width >= 600 ? middle : (acts.width + back.x - width) / 2
@@ -38,7 +37,7 @@ Item {
         text: "ناورین رادیو"
         role: Theme.rowTitle
         color: Theme.white(0.6)
-        visible: parent.width >= 330
+        visible: width + 8 < parent.width - acts.width - back.width
     }
     Row {
         id: acts
@@ -76,7 +75,7 @@ Item {
 
             // Beats while the library is asked.
             SequentialAnimation {
-                running: header.player.favAnimating
+                running: header.player.favAnimating && !Stage.reducedMotion
                 loops: Animation.Infinite
                 alwaysRunToEnd: true
 

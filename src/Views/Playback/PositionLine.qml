@@ -10,14 +10,14 @@ Item {
 
     LayoutMirroring.enabled: false
     LayoutMirroring.childrenInherit: true
-    implicitHeight: 32
+    implicitHeight: Theme.grown(32, 22)
 
     Rectangle {
         anchors.centerIn: parent
         visible: line.player.isLive
         width: badge.width + 32
-        height: 32
-        radius: 16
+        height: parent.height
+        radius: height / 2
         color: Theme.white(0.12)
 
         Row {
@@ -45,7 +45,7 @@ Item {
 
     component Time: NText {
         anchors.verticalCenter: parent.verticalCenter
-        width: 44
+        width: Theme.grown(44, 44)
         role: Theme.caption
         color: Theme.white(0.6)
         fontSizeMode: Text.HorizontalFit

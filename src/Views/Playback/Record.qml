@@ -13,6 +13,7 @@ Item {
 
     // Turns from the moment it appears, whether or not anything plays yet.
     property bool isRotating: false
+    readonly property bool turns: isRotating && !Stage.reducedMotion
 
     onIsPlayingChanged: isRotating = isPlaying
     Component.onCompleted: isRotating = true
@@ -62,7 +63,7 @@ Item {
         property: "rotation"
         to: 0
         direction: RotationAnimation.Shortest
-        duration: 450
+        duration: Theme.motionTime(450)
         easing.type: Easing.InOutQuad
     }
     Binding {
@@ -71,8 +72,8 @@ Item {
         value: turn.running && !(Stage.isSeen && record.visible)
         when: turn.running
     }
-    onIsRotatingChanged: {
-        if (isRotating) {
+    onTurnsChanged: {
+        if (turns) {
             rest.stop()
             turn.from = turning.rotation
             turn.to = turning.rotation + 360

@@ -30,7 +30,7 @@ FocusScope {
         opacity: 0.85
 
         SequentialAnimation {
-            running: ring.visible && Stage.isSeen
+            running: ring.visible && Stage.isSeen && !Stage.reducedMotion
 
             PauseAnimation { duration: 450 * ring.index }
             ParallelAnimation {

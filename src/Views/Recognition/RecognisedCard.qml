@@ -8,7 +8,7 @@ Rectangle {
     required property ShazamViewState shazam
     readonly property color violet: Qt.rgba(0.63, 0.38, 0.96, 1)
 
-    implicitHeight: artwork.height + play.height + 48
+    implicitHeight: play.y + play.height + 16
     radius: 22
     color: Theme.white(0.05)
     border.width: 1
@@ -29,7 +29,8 @@ Rectangle {
         address: card.shazam.artworkAddress
     }
     Column {
-        anchors.verticalCenter: artwork.verticalCenter
+        id: names
+        y: artwork.y + Math.max(0, (artwork.height - height) / 2)
         x: 16
         width: artwork.x - 32
         spacing: 4
@@ -78,9 +79,9 @@ Rectangle {
     NButton {
         id: play
         x: 16
-        y: artwork.y + artwork.height + 16
+        y: artwork.y + Math.max(artwork.height, names.height) + 16
         width: parent.width - 32
-        implicitHeight: 48
+        implicitHeight: Theme.grown(48, 24)
         text: "پخش در رادیو"
         symbol: "play.fill"
         isColored: true

@@ -5,7 +5,6 @@ import Navorin
 Sheet {
     id: dialog
 
-    property string title
     property string message
     property string confirmText
     property string cancelText: "انصراف"
@@ -25,8 +24,6 @@ Sheet {
         FocusScope {
             implicitHeight: words.height + 48
             focus: true
-            Accessible.role: Accessible.Dialog
-            Accessible.name: dialog.title
 
             Column {
                 id: words

@@ -1,7 +1,7 @@
 import QtQuick
 import Navorin
 
-// Four bars that swing while they can be seen. They may swing for hours, so they move thirty times a second: each
+// Four bars that swing while they can be seen, or stand where nothing is to move. They may swing for hours, so they move thirty times a second: each
 // step draws the whole window anew.
 Row {
     id: bars
@@ -24,7 +24,7 @@ Row {
     Timer {
         interval: 33
         repeat: true
-        running: bars.running && bars.visible && Stage.isSeen
+        running: bars.running && bars.visible && Stage.isSeen && !Stage.reducedMotion
         onTriggered: bars.time += interval / 1000
     }
     Repeater {

@@ -15,8 +15,23 @@ NumberAnimation {
         restart()
     }
 
+    function holds(item: Item): bool {
+        let each = item
+        while (each !== null && each !== view.contentItem)
+            each = each.parent
+        return each !== null
+    }
+    // Also for what lies deeper in it.
+    function reveal(item: Item) {
+        const place = view.contentItem.mapFromItem(item, 0, 0, item.width, item.height)
+        const lowest = Math.max(0, place.y - below)
+        const highest = place.y + place.height + below - view.height
+        to = Math.max(0, Math.min(lowest, Math.max(highest, view.contentY)))
+        restart()
+    }
+
     target: view
     property: "contentY"
-    duration: 180
+    duration: Theme.motionTime(180)
     easing.type: Easing.OutQuad
 }

@@ -27,7 +27,7 @@ ScaleButtonStyle {
 
     radius: Theme.artRadius
     implicitWidth: row.width + 40
-    implicitHeight: 44
+    implicitHeight: Theme.grown(44, 24)
     enabled: !isWaiting
     opacity: enabled || isWaiting ? 1 : 0.4
 

@@ -9,11 +9,11 @@ T.TextField {
     required property string symbol
     property bool isSecret: false
 
-    implicitHeight: 48
+    implicitHeight: Theme.grown(48, 24)
     leftPadding: 16
     rightPadding: 48 // the leading side
     font.family: Theme.outsideFamily
-    font.pixelSize: 15
+    font.pixelSize: Theme.button.size
     color: "white"
     selectionColor: Theme.accent
     selectedTextColor: "white"

@@ -6,6 +6,7 @@ import Navorin
 T.Menu {
     id: menu
 
+    title: "گزینهها"
     implicitWidth: Math.max(200, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: contentHeight + topPadding + bottomPadding
     padding: 6
@@ -49,5 +50,9 @@ T.Menu {
             drop: 14
             opacity: 0.6
         }
+    }
+    PopupName {
+        content: menu.contentItem
+        name: menu.title
     }
 }

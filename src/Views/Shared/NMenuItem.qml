@@ -10,7 +10,7 @@ T.MenuItem {
     readonly property color ink: isDestructive ? Theme.live : "white"
 
     implicitWidth: (symbol === "" ? 0 : 30) + Math.ceil(metrics.advanceWidth) + 30
-    implicitHeight: 40
+    implicitHeight: Theme.grown(40, 22)
     opacity: enabled ? 1 : 0.4
     Accessible.role: Accessible.MenuItem
     Accessible.name: text

@@ -21,7 +21,7 @@ FocusScope {
         x: page.margin
         y: 12
         width: parent.width - 2 * x
-        height: 48
+        height: Theme.grown(48, 34)
 
         RoundButton {
             id: back

@@ -9,6 +9,8 @@ StackView {
     // What screens pushed here get: the distance from the sides.
     required property real margin
 
+    Accessible.ignored: true // each screen says what it is
+
     function open(screen: Component, properties: var) {
         const item = push(screen, Object.assign({margin: Qt.binding(() => stack.margin)}, properties || {}))
         item.backRequested.connect(stack.back)
@@ -35,7 +37,7 @@ StackView {
     pushExit: Transition { NumberAnimation { property: "opacity"; from: 1; to: 0; duration: 120 } }
     popEnter: Transition { NumberAnimation { property: "opacity"; from: 0; to: 1; duration: 180 } }
     popExit: Transition {
-        NumberAnimation { property: "x"; to: -48; duration: 160; easing.type: Easing.InQuad }
+        NumberAnimation { property: "x"; to: -48; duration: Theme.motionTime(160); easing.type: Easing.InQuad }
         NumberAnimation { property: "opacity"; from: 1; to: 0; duration: 160 }
     }
 }

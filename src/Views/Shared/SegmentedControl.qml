@@ -11,7 +11,7 @@ Rectangle {
 
     signal chosen(index: int)
 
-    implicitHeight: 44
+    implicitHeight: Theme.grown(44, 22)
     radius: Theme.codeBoxRadius
     color: Theme.panelFill
     border.width: 1
@@ -27,7 +27,7 @@ Rectangle {
         radius: 9
         color: Theme.selected
 
-        Behavior on x { NumberAnimation { duration: 200; easing.type: Easing.InOutQuad } }
+        Behavior on x { NumberAnimation { duration: Theme.motionTime(200); easing.type: Easing.InOutQuad } }
     }
     Repeater {
         model: control.labels

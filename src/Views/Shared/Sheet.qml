@@ -1,13 +1,14 @@
 import QtQuick
-import QtQuick.Controls
+import QtQuick.Templates as T
 import Navorin
 
 // A screen above the others: a dialog in the middle, or docked at the bottom of a narrow window. It takes the
 // keyboard until it closes, and gives it back to where it was. Its content is made anew at each opening.
-Popup {
+T.Popup {
     id: sheet
 
     property Component screen
+    property string title: shown === null ? "" : shown.Accessible.name
     property real sheetWidth: 440
     readonly property bool isDocked: parent !== null && parent.width < Theme.mediumFrom
     readonly property Item shown: (contentItem as Loader).item as Item
@@ -19,12 +20,12 @@ Popup {
         open()
     }
 
-    parent: Overlay.overlay
+    parent: T.Overlay.overlay
     modal: true
     focus: true
     dim: true
     padding: 0
-    closePolicy: Popup.CloseOnEscape | Popup.CloseOnPressOutside
+    closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutside
     width: parent === null ? sheetWidth : isDocked ? parent.width : Math.min(sheetWidth, parent.width - 48)
     height: parent === null ? 0
                             : Math.min(shown === null ? 0 : shown.implicitHeight, parent.height - (isDocked ? 48 : 32))
@@ -36,12 +37,12 @@ Popup {
     // Steps and complaints change what a sheet holds.
     Behavior on height {
         enabled: sheet.opened
-        NumberAnimation { duration: 250; easing.type: Easing.InOutQuad }
+        NumberAnimation { duration: Theme.motionTime(250); easing.type: Easing.InOutQuad }
     }
     enter: Transition { SpringMotion { property: "presence"; from: 0; to: 1 } }
-    exit: Transition { NumberAnimation { property: "presence"; to: 0; duration: 200; easing.type: Easing.OutQuad } }
+    exit: Transition { NumberAnimation { property: "presence"; to: 0; duration: Theme.motionTime(200); easing.type: Easing.OutQuad } }
 
-    Overlay.modal: Rectangle {
+    T.Overlay.modal: Rectangle {
         color: Theme.black(0.58)
 
         Behavior on opacity { NumberAnimation { duration: 200 } }
@@ -72,5 +73,9 @@ Popup {
         focus: true
         active: sheet.visible
         sourceComponent: sheet.screen
+    }
+    PopupName {
+        content: sheet.contentItem
+        name: sheet.title
     }
 }

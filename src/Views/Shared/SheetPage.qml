@@ -18,17 +18,17 @@ FocusScope {
 
     focus: true
     implicitHeight: bar.height + column.height + 32
-    Accessible.role: Accessible.Dialog
+    Accessible.ignored: true // the sheet around it bears its name
     Accessible.name: title
 
     Item {
         id: bar
         width: parent.width
-        height: 60
+        height: Theme.grown(60, 28)
 
         NText {
             anchors.centerIn: parent
-            width: Math.min(implicitWidth, parent.width - 180)
+            width: Math.min(implicitWidth, parent.width - 2 * Math.max(90, close.width + 20))
             text: page.title
             role: Theme.section
             Accessible.role: Accessible.Heading
@@ -44,6 +44,7 @@ FocusScope {
             onClicked: page.backRequested()
         }
         TextButton {
+            id: close
             // On the leading side while it is the only one there.
             x: page.canGoBack ? 12 : parent.width - width - 12
             anchors.verticalCenter: parent.verticalCenter
@@ -51,14 +52,11 @@ FocusScope {
             onClicked: page.closeRequested()
         }
     }
-    Flickable {
+    SheetScroll {
         anchors.top: bar.bottom
         width: parent.width
         height: parent.height - bar.height
         contentHeight: column.height + 32
-        boundsBehavior: Flickable.StopAtBounds
-        interactive: contentHeight > height
-        clip: interactive
 
         Column {
             id: column

@@ -1,7 +1,7 @@
 import QtQuick
 import Navorin
 
-// Turns while it can be seen.
+// Turns while it can be seen, even where little is to move: one that stood still would say that nothing goes on.
 Icon {
     id: spinner
 

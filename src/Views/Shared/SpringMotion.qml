@@ -6,7 +6,7 @@ NumberAnimation {
     property real response: 0.4
     property real damping: 0.85
 
-    duration: ThemeFunctions.springDuration(response, damping)
+    duration: Theme.motionTime(ThemeFunctions.springDuration(response, damping))
     easing.type: Easing.BezierSpline
     easing.bezierCurve: ThemeFunctions.springCurve(response, damping)
 }

@@ -1,5 +1,8 @@
 #include "Views/Shared/Stage.h"
 
+#include "Platform/Desktop/DesktopSettings.h"
+#include "Views/ViewSetup.h"
+
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QWindow>
@@ -33,8 +36,24 @@ bool movesFocus(int key)
 
 Stage::Stage(QObject *parent)
     : QObject(parent)
+    , m_settings(viewSurroundings().settings)
 {
     qGuiApp->installEventFilter(this);
+    if (!m_settings)
+        return;
+    connect(m_settings, &DesktopSettings::textScaleChanged, this, &Stage::textScaleChanged);
+    connect(m_settings, &DesktopSettings::reducedMotionChanged, this, &Stage::reducedMotionChanged);
+}
+
+double Stage::textScale() const
+{
+    constexpr double largest = 1.5;
+    return m_settings ? std::min(m_settings->textScale(), largest) : 1;
+}
+
+bool Stage::reducedMotion() const
+{
+    return m_settings && m_settings->reducedMotion();
 }
 
 bool Stage::eventFilter(QObject *watched, QEvent *event)

@@ -8,7 +8,7 @@ ScaleButtonStyle {
     property color color: Theme.white(0.75)
 
     implicitWidth: label.implicitWidth + 16
-    implicitHeight: 36
+    implicitHeight: Theme.grown(36, 22)
     radius: 8
 
     background: Rectangle {

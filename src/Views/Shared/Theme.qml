@@ -4,10 +4,13 @@ import Navorin
 
 // Every colour, size and time that more than one screen uses.
 QtObject {
+    // Sizes as drawn; what is shown follows the desktop's text scale.
     component Role: QtObject {
-        property int size
-        property int weight
-        property int line
+        required property int drawnSize
+        required property int drawnLine
+        required property int weight
+        readonly property int size: Math.round(drawnSize * Stage.textScale)
+        readonly property int line: Math.ceil(drawnLine * Stage.textScale)
     }
 
     readonly property color accent: ThemeFunctions.accent
@@ -24,16 +27,16 @@ QtObject {
     readonly property string ownFamily: "Vazirmatn FD"
     readonly property string outsideFamily: "Vazirmatn"
 
-    readonly property Role smallCaption: Role { size: 12; weight: Font.Normal; line: 20 }
-    readonly property Role caption: Role { size: 13; weight: Font.Medium; line: 22 }
-    readonly property Role rowTitle: Role { size: 14; weight: Font.DemiBold; line: 22 }
-    readonly property Role button: Role { size: 15; weight: Font.DemiBold; line: 24 }
-    readonly property Role section: Role { size: 17; weight: Font.Bold; line: 28 }
-    readonly property Role sheetTitle: Role { size: 20; weight: Font.Bold; line: 32 }
-    readonly property Role screenTitle: Role { size: 22; weight: Font.Bold; line: 34 }
-    readonly property Role wordmark: Role { size: 26; weight: Font.Black; line: 38 }
-    readonly property Role libraryTitle: Role { size: 26; weight: Font.ExtraBold; line: 38 }
-    readonly property Role wideTitle: Role { size: 28; weight: Font.Bold; line: 44 }
+    readonly property Role smallCaption: Role { drawnSize: 12; drawnLine: 20; weight: Font.Normal }
+    readonly property Role caption: Role { drawnSize: 13; drawnLine: 22; weight: Font.Medium }
+    readonly property Role rowTitle: Role { drawnSize: 14; drawnLine: 22; weight: Font.DemiBold }
+    readonly property Role button: Role { drawnSize: 15; drawnLine: 24; weight: Font.DemiBold }
+    readonly property Role section: Role { drawnSize: 17; drawnLine: 28; weight: Font.Bold }
+    readonly property Role sheetTitle: Role { drawnSize: 20; drawnLine: 32; weight: Font.Bold }
+    readonly property Role screenTitle: Role { drawnSize: 22; drawnLine: 34; weight: Font.Bold }
+    readonly property Role wordmark: Role { drawnSize: 26; drawnLine: 38; weight: Font.Black }
+    readonly property Role libraryTitle: Role { drawnSize: 26; drawnLine: 38; weight: Font.ExtraBold }
+    readonly property Role wideTitle: Role { drawnSize: 28; drawnLine: 44; weight: Font.Bold }
 
     readonly property int rowRadius: 8
     readonly property int miniArtRadius: 10
@@ -54,10 +57,25 @@ QtObject {
 
     readonly property int hoverTime: 120
 
+    // Heights that several screens share.
+    readonly property int trackHeight: grown(64, 42)
+    readonly property int resultHeight: grown(60, 42)
+    readonly property int captionHeight: grown(54, 42)
+    // What a list leaves free at its end for the mini player.
+    readonly property int miniSpace: grown(110, 46)
+
     // Widths of the window at which the layout changes.
     readonly property int mediumFrom: 640
     readonly property int wideFrom: 1100
 
+    // A length as drawn, of which so much is text and grows with it.
+    function grown(length: real, text: real): int {
+        return Math.ceil(length + text * (Stage.textScale - 1))
+    }
+    // Milliseconds of a movement; none where things are to stand still. What only fades needs not ask.
+    function motionTime(duration: int): int {
+        return Stage.reducedMotion ? 0 : duration
+    }
     function white(opacity: real): color {
         return Qt.rgba(1, 1, 1, opacity)
     }

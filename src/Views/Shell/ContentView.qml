@@ -62,7 +62,7 @@ FocusScope {
     Rectangle {
         anchors.bottom: parent.bottom
         width: parent.width
-        height: 150
+        height: Theme.grown(150, 46)
         opacity: mini.presence
         visible: opacity > 0
         gradient: Gradient {

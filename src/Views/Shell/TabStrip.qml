@@ -43,7 +43,7 @@ Item {
                 required property var modelData
 
                 width: strip.isRail ? (strip.isWide ? strip.width - 24 : 72) : strip.width / strip.tabs.length
-                height: strip.isRail ? (strip.isWide ? 44 : 64) : strip.height
+                height: strip.isRail ? (strip.isWide ? Theme.grown(44, 22) : Theme.grown(64, 20)) : strip.height
                 isBeside: strip.isWide
                 text: modelData.label
                 symbol: modelData.symbol

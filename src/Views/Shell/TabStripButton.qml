@@ -22,7 +22,7 @@ ScaleButtonStyle {
             x: (parent.width - width) / 2
             y: tab.isBeside ? 0 : 4
             width: tab.isBeside ? parent.width : 56
-            height: tab.isBeside ? parent.height : Math.min(32, tab.height - 32)
+            height: tab.isBeside ? parent.height : Math.min(32, tab.height - Theme.smallCaption.line - 12)
             radius: tab.isBeside ? Theme.artRadius : height / 2
             color: tab.isSelected ? Theme.selected : Theme.white(0.06 * tab.glow)
 

@@ -13,7 +13,7 @@ ScaleButtonStyle {
 
     signal picked(row: int)
 
-    height: 64
+    height: Theme.grown(64, 42)
     radius: Theme.artRadius
     text: title + "، " + chosen
     Accessible.role: Accessible.ButtonMenu
@@ -91,7 +91,7 @@ ScaleButtonStyle {
         id: list
         y: button.height + 6
         width: button.width
-        height: Math.min(340, button.rows.length * 40 + 2 * padding)
+        height: Math.min(340, button.rows.length * Theme.grown(40, 22) + 2 * padding)
         padding: 6
         margins: 8
         focus: true
@@ -118,6 +118,10 @@ ScaleButtonStyle {
                 drop: 14
                 opacity: 0.6
             }
+        }
+        PopupName {
+            content: list.contentItem
+            name: button.title
         }
         contentItem: Lines {
             model: list.visible ? button.rows : []

@@ -8,7 +8,7 @@ T.ItemDelegate {
 
     property bool isChosen: false
 
-    height: 40
+    height: Theme.grown(40, 22)
     highlighted: ListView.isCurrentItem
     hoverEnabled: true
     Accessible.role: Accessible.MenuItem

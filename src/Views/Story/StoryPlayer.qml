@@ -98,7 +98,7 @@ Item {
             id: time
             x: parent.width - width
             anchors.verticalCenter: parent.verticalCenter
-            width: 36
+            width: Theme.grown(36, 36)
             text: surface.story ? surface.story.timeText(player.position > 0 ? player.position : player.duration) : ""
             role: Theme.caption
             color: Theme.white(0.8)

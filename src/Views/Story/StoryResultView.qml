@@ -40,12 +40,12 @@ Column {
     }
     Item {
         width: parent.width
-        height: 48
+        height: share.height
 
         RoundButton {
             id: again
             anchors.left: parent.left
-            size: 48
+            size: share.height
             symbol: "arrow.counterclockwise"
             text: "ساخت دوباره"
             symbolSize: 22
@@ -58,7 +58,7 @@ Column {
             anchors.leftMargin: 10
             anchors.right: keep.left
             anchors.rightMargin: 10
-            height: 48
+            height: Theme.grown(48, 24)
             isPrimary: true
             symbol: "square.and.arrow.up"
             text: "اشتراکگذاری"
@@ -90,7 +90,7 @@ Column {
         RoundButton {
             id: keep
             anchors.right: parent.right
-            size: 48
+            size: share.height
             symbol: result.savedFlag ? "checkmark.circle.fill" : "square.and.arrow.down"
             text: result.savedFlag ? "ذخیره شد" : "ذخیره"
             symbolSize: 22

@@ -15,7 +15,7 @@ FocusScope {
 
     focus: true
     implicitHeight: header.height + content.height + 32
-    Accessible.role: Accessible.Dialog
+    Accessible.ignored: true // the sheet around it bears its name
     Accessible.name: "استوری هوشمند"
 
     component Making: Column {
@@ -46,7 +46,7 @@ FocusScope {
                 radius: 3
                 color: Theme.accent
 
-                Behavior on width { NumberAnimation { duration: 200 } }
+                Behavior on width { NumberAnimation { duration: Theme.motionTime(200) } }
             }
         }
         NText {
@@ -60,7 +60,7 @@ FocusScope {
         }
         NButton {
             width: parent.width
-            height: 50
+            height: Theme.grown(50, 24)
             isPrimary: true
             focus: true
             symbol: page.story.isRendering ? "" : "film"
@@ -91,7 +91,7 @@ FocusScope {
     Item {
         id: header
         width: parent.width
-        height: 86
+        height: Math.max(Theme.grown(86, 54), hint.y + hint.height + 18)
 
         NText {
             id: title
@@ -104,12 +104,15 @@ FocusScope {
             Accessible.name: text
         }
         NText {
+            id: hint
             x: title.x
-            y: 46
+            y: title.y + title.height
             width: title.width
             text: "ویدیوی استوری — مدت با بازهی شعر تعیین میشود"
             role: Theme.caption
             color: Theme.white(0.5)
+            wrapMode: Text.Wrap
+            maximumLineCount: 2
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
@@ -125,15 +128,12 @@ FocusScope {
             onClicked: page.closeRequested()
         }
     }
-    Flickable {
+    SheetScroll {
         id: view
         anchors.top: header.bottom
         width: parent.width
         height: parent.height - header.height
         contentHeight: content.height + 32
-        boundsBehavior: Flickable.StopAtBounds
-        interactive: contentHeight > height
-        clip: interactive
 
         Item {
             id: content
@@ -179,7 +179,7 @@ FocusScope {
 
                 Item {
                     width: parent.width
-                    height: 64
+                    height: from.height
 
                     StoryLineMenu {
                         id: from
