@@ -1,9 +1,10 @@
 #include "DecodedSound.h"
 
+#include "Platform/Audio/GstPointers.h"
+
 #include <QTemporaryFile>
 
 #include <gst/app/gstappsink.h>
-#include <gst/gst.h>
 
 #include <cmath>
 #include <vector>
@@ -38,17 +39,13 @@ void addBuffer(GstBuffer *buffer, DecodedSound &sound, Meter &meter)
 
 QString errorOf(GstElement *pipeline)
 {
-    GstBus *const bus = gst_element_get_bus(pipeline);
-    GstMessage *const message = gst_bus_pop_filtered(bus, GST_MESSAGE_ERROR);
-    gst_object_unref(bus);
-    if (message == nullptr)
+    const GstPtr<GstBus> bus(gst_element_get_bus(pipeline));
+    const GstPtr<GstMessage> message(gst_bus_pop_filtered(bus.get(), GST_MESSAGE_ERROR));
+    if (!message)
         return {};
     GError *error = nullptr;
-    gst_message_parse_error(message, &error, nullptr);
-    const QString text = QString::fromUtf8(error->message);
-    g_error_free(error);
-    gst_message_unref(message);
-    return text;
+    gst_message_parse_error(message.get(), &error, nullptr);
+    return QString::fromUtf8(GstPtr<GError>(error)->message);
 }
 
 } // namespace
@@ -63,19 +60,18 @@ DecodedSound decodeSound(const QByteArray &bytes)
         "filesrc location=" + file.fileName().toUtf8() +
         " ! decodebin ! audioconvert ! audioresample ! appsink name=out sync=false max-buffers=8 "
         "caps=audio/x-raw,format=F32LE,rate=44100,channels=1";
-    GstElement *const pipeline = gst_parse_launch(description.constData(), nullptr);
-    GstElement *const sink = gst_bin_get_by_name(GST_BIN(pipeline), "out");
-    gst_element_set_state(pipeline, GST_STATE_PLAYING);
+    const GstPtr<GstElement> pipeline(gst_parse_launch(description.constData(), nullptr));
+    const GstPtr<GstElement> sink(gst_bin_get_by_name(GST_BIN(pipeline.get()), "out"));
+    gst_element_set_state(pipeline.get(), GST_STATE_PLAYING);
     DecodedSound sound;
     Meter meter;
-    while (GstSample *const sample = gst_app_sink_try_pull_sample(GST_APP_SINK(sink), 20 * GST_SECOND)) {
+    while (GstSample *const sample =
+               gst_app_sink_try_pull_sample(GST_APP_SINK(sink.get()), 20 * GST_SECOND)) {
         addBuffer(gst_sample_get_buffer(sample), sound, meter);
         gst_sample_unref(sample);
     }
-    sound.error = errorOf(pipeline);
-    gst_element_set_state(pipeline, GST_STATE_NULL);
-    gst_object_unref(sink);
-    gst_object_unref(pipeline);
+    sound.error = errorOf(pipeline.get());
+    gst_element_set_state(pipeline.get(), GST_STATE_NULL);
     return sound;
 }
 

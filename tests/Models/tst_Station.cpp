@@ -247,17 +247,15 @@ void tst_Station::addresses()
 
 void tst_Station::hydration()
 {
-    Station s;
-    QVERIFY(!s.needsHydration());
-    s.source = u"songsara"_s;
-    QVERIFY(s.needsHydration());
-    s.tracks = QList<PlaylistTrack>();
-    QVERIFY(s.needsHydration());
-    s.tracks = QList<PlaylistTrack>(1);
-    QVERIFY(!s.needsHydration());
-    s.tracks.reset();
-    s.source = u"Songsara"_s;
-    QVERIFY(!s.needsHydration());
+    const std::tuple<std::optional<QString>, std::optional<QList<PlaylistTrack>>, bool> cases[]{
+        {{}, {}, false},
+        {u"songsara"_s, {}, true},
+        {u"songsara"_s, QList<PlaylistTrack>(), true},
+        {u"songsara"_s, QList<PlaylistTrack>(1), false},
+        {u"Songsara"_s, {}, false},
+    };
+    for (const auto &[source, tracks, needed] : cases)
+        QCOMPARE((Station{.source = source, .tracks = tracks}.needsHydration()), needed);
 }
 
 void tst_Station::identity()

@@ -5,7 +5,6 @@
 
 #include <cmath>
 #include <span>
-#include <stdexcept>
 
 namespace navorin {
 namespace {
@@ -73,16 +72,6 @@ std::shared_ptr<AudioTap> makeTap(TapLog &log)
     if (AudioTap::create(callbacks, tap) != AudioTap::statusOk)
         qFatal("no tap");
     return tap;
-}
-
-bool failsWithRuntimeError(QFuture<QList<AudioTrack>> tracks)
-{
-    try {
-        tracks.waitForFinished();
-        return false;
-    } catch (const std::runtime_error &) {
-        return true;
-    }
 }
 
 } // namespace navorin

@@ -99,7 +99,4 @@ struct Rig
     QList<double> positions;
 };
 
-/// Whether the tracks cannot be had, for the right kind of reason.
-bool failsWithRuntimeError(QFuture<QList<AudioTrack>> tracks);
-
 } // namespace navorin

@@ -6,6 +6,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
 
 namespace navorin {
 
@@ -31,8 +34,23 @@ QString runPipeline(const QString &description)
     return QString::fromUtf8(GstPtr<GError>(error)->message);
 }
 
-QString MediaFolder::writeTone(const char *name, double seconds) const
+QJsonArray probedStreams(const QString &path)
 {
+    QProcess probe;
+    probe.start(u"ffprobe"_s,
+                {u"-v"_s, u"error"_s, u"-count_frames"_s, u"-show_streams"_s, u"-of"_s, u"json"_s, path});
+    if (!probe.waitForFinished(60000))
+        return {};
+    return QJsonDocument::fromJson(probe.readAllStandardOutput()).object().value(u"streams"_s).toArray();
+}
+
+QString MediaFolder::writeTone(const char *name, double seconds, double silence) const
+{
+    const auto source = [](const QString &kind, double length) {
+        return u" audiotestsrc %1 samplesperbuffer=441 num-buffers=%2 ! audio/x-raw,rate=44100,channels=2 ! all."_s
+            .arg(kind)
+            .arg(int(length * 100));
+    };
     static const QHash<QString, QString> encoders = {
         {u"wav"_s, u"wavenc"_s},
         {u"mp3"_s, u"lamemp3enc target=bitrate bitrate=128 cbr=true ! xingmux"_s},
@@ -40,10 +58,11 @@ QString MediaFolder::writeTone(const char *name, double seconds) const
         {u"m4a"_s, u"avenc_aac bitrate=128000 ! mp4mux"_s},
         {u"ogg"_s, u"vorbisenc ! oggmux"_s},
     };
-    return runPipeline(u"audiotestsrc volume=0.5 freq=1000 samplesperbuffer=441 num-buffers=%1 ! "
-                       "audio/x-raw,rate=44100,channels=2 ! audioconvert ! %2 ! filesink location=%3"_s
-                           .arg(int(seconds * 100))
-                           .arg(encoders.value(QFileInfo(path(name)).suffix()), path(name)));
+    return runPipeline(
+        u"concat name=all ! identity single-segment=true ! audioconvert ! %1 ! filesink location=%2"_s.arg(
+            encoders.value(QFileInfo(path(name)).suffix()), path(name)) +
+        (silence > 0 ? source(u"wave=silence"_s, silence) : QString()) +
+        source(u"volume=0.5 freq=1000"_s, seconds));
 }
 
 QByteArray MediaFolder::contents(const char *name) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QJsonArray>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -10,6 +11,9 @@ namespace navorin {
 
 /// Runs a pipeline, as on a gst-launch command line, to its end. An empty text, or what went wrong.
 QString runPipeline(const QString &description);
+
+/// What a program of others makes of the streams in a media file, each an object.
+QJsonArray probedStreams(const QString &path);
 
 inline std::span<const float> floats(const QByteArray &bytes)
 {
@@ -21,8 +25,8 @@ class MediaFolder
 {
 public:
     /// A tone of 1 kHz at half of full scale, in 44.1 kHz stereo, in the format of the file's suffix: wav,
-    /// mp3, aac, ogg or m4a. An empty text, or what went wrong.
-    [[nodiscard]] QString writeTone(const char *name, double seconds) const;
+    /// mp3, aac, ogg or m4a, after so much silence. An empty text, or what went wrong.
+    [[nodiscard]] QString writeTone(const char *name, double seconds, double silence = 0) const;
     [[nodiscard]] QString path(const char *name) const
     {
         return m_folder.filePath(QString::fromLatin1(name));

@@ -8,7 +8,6 @@
 
 #include <cmath>
 #include <csignal>
-#include <span>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;

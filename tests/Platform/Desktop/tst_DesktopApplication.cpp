@@ -33,10 +33,9 @@ class tst_DesktopApplication : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_bus.emplace(); }
     void cleanup() { m_bus.reset(); }
 
-    void handsOver_data();
     void handsOver();
     void theNextOneAfterAnEnd();
     void anOwnerThatHangs();
@@ -59,42 +58,23 @@ private:
         [&] { QTRY_VERIFY(process->isFinished()); }();
         return outcome;
     }
-    [[nodiscard]] ApplicationHooks hooks()
-    {
-        return {.activate = [this] { m_asked << u"activate"_s; },
-                .open = [this](const QStringList &all) { m_asked << u"open "_s + all.join(u' '); },
-                .activateAction = [this](const QString &name) { m_asked << u"action "_s + name; }};
-    }
 
     std::optional<PrivateBus> m_bus;
-    QStringList m_asked;
 };
-
-void tst_DesktopApplication::init()
-{
-    m_bus.emplace();
-    m_asked.clear();
-}
-
-void tst_DesktopApplication::handsOver_data()
-{
-    QTest::addColumn<QStringList>("addresses");
-    QTest::addColumn<QString>("asked");
-    QTest::newRow("nothing in particular") << QStringList() << u"activate"_s;
-    QTest::newRow("an address") << QStringList{u"navorin://shazam"_s} << u"open navorin://shazam"_s;
-    QTest::newRow("as it was written")
-        << QStringList{u"NAVORIN://Shazam/%zz"_s} << u"open NAVORIN://Shazam/%zz"_s;
-}
 
 void tst_DesktopApplication::handsOver()
 {
-    QFETCH(QStringList, addresses);
     DesktopApplication first(m_bus->connect());
     QCOMPARE(first.start({}), Start::GoesOn);
-    first.setHooks(hooks());
+    QStringList asked;
+    first.setHooks({.activate = [&] { asked << u"activate"_s; },
+                    .open = [&](const QStringList &all) { asked << u"open "_s + all.join(u' '); },
+                    .activateAction = [&](const QString &name) { asked << u"action "_s + name; }});
     qputenv("XDG_ACTIVATION_TOKEN", "from the launcher");
-    QCOMPARE(startAnother(addresses), Start::HandedOver);
-    QTEST(m_asked.join(u','), "asked");
+    for (const auto &addresses : {QStringList(), {u"navorin://shazam"_s}, {u"NAVORIN://Shazam/%zz"_s}})
+        QCOMPARE(startAnother(addresses), Start::HandedOver);
+    QCOMPARE(asked, (QStringList{u"activate"_s, u"open navorin://shazam"_s,
+                                 u"open NAVORIN://Shazam/%zz"_s})); // as it was written
     qunsetenv("XDG_ACTIVATION_TOKEN");
 
     auto action = QDBusMessage::createMethodCall(DesktopApplication::busName, DesktopApplication::objectPath,
@@ -103,7 +83,7 @@ void tst_DesktopApplication::handsOver()
     const auto answer =
         ask(m_bus->connect(), action << u"shazam"_s << QVariant(QVariantList()) << fromThePanel);
     QCOMPARE(answer.type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(m_asked.last(), u"action shazam"_s);
+    QCOMPARE(asked.last(), u"action shazam"_s);
     QCOMPARE(qgetenv("XDG_ACTIVATION_TOKEN"), "from the panel"_ba);
     qunsetenv("XDG_ACTIVATION_TOKEN");
 }

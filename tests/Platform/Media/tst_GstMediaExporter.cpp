@@ -1,6 +1,7 @@
 #include "Platform/Audio/TestMedia.h"
 #include "Platform/Media/AudioRangeReading.h"
 #include "Platform/Media/GstMediaExporter.h"
+#include "Support/Columns.h"
 #include "Support/StreamServer.h"
 
 #include <QFile>
@@ -14,26 +15,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 constexpr int rate = audioRangeRate;
-
-/// Six seconds of sound, a tone after the first two, in the file "late.wav".
-QString writeLateTone(const MediaFolder &media)
-{
-    return runPipeline(QString(u"concat name=all ! audioconvert ! wavenc ! filesink location=\""_s +
-                               media.path("late.wav") +
-                               u"\" audiotestsrc wave=silence num-buffers=200 samplesperbuffer=441 ! "
-                               "audio/x-raw,rate=44100,channels=2 ! all. "
-                               "audiotestsrc freq=1000 volume=0.5 num-buffers=400 samplesperbuffer=441 ! "
-                               "audio/x-raw,rate=44100,channels=2 ! all."_s));
-}
-
-/// The same in another format.
-QString encodeLateTone(const MediaFolder &media, const char *name, const char *encoder)
-{
-    return runPipeline(QString(u"filesrc location=\""_s + media.path("late.wav") +
-                               u"\" ! wavparse ! audioconvert ! "_s + QString::fromLatin1(encoder) +
-                               u" ! filesink location=\""_s + media.path(name) + u'"'));
-}
-constexpr auto mp3Encoder = "lamemp3enc target=bitrate bitrate=128 cbr=true ! xingmux";
 
 /// Seconds of the sound, and where in it the tone begins; negative if nowhere.
 struct Heard
@@ -91,10 +72,7 @@ private Q_SLOTS:
 
 void tst_GstMediaExporter::ranges_data()
 {
-    QTest::addColumn<double>("start");
-    QTest::addColumn<double>("length");
-    QTest::addColumn<double>("heardLength");
-    QTest::addColumn<double>("toneFrom");
+    addColumns<double, double, double, double>("start", "length", "heardLength", "toneFrom");
     QTest::newRow("from the beginning") << 0.0 << 3.0 << 3.0 << 2.0;
     QTest::newRow("from the middle") << 1.25 << 3.0 << 3.0 << 0.75;
     QTest::newRow("within the tone") << 4.0 << 1.0 << 1.0 << 0.0;
@@ -104,16 +82,11 @@ void tst_GstMediaExporter::ranges_data()
 
 void tst_GstMediaExporter::ranges()
 {
-    QFETCH(double, start);
-    QFETCH(double, length);
-    QFETCH(double, heardLength);
-    QFETCH(double, toneFrom);
+    const auto [start, length, heardLength, toneFrom] =
+        fetched<double, double, double, double>("start", "length", "heardLength", "toneFrom");
     MediaFolder media;
-    QCOMPARE(writeLateTone(media), QString());
-    QCOMPARE(encodeLateTone(media, "late.mp3", mp3Encoder), QString());
-    QCOMPARE(encodeLateTone(media, "late.m4a", "avenc_aac bitrate=128000 ! mp4mux"), QString());
-    QCOMPARE(encodeLateTone(media, "late.ogg", "vorbisenc ! oggmux"), QString());
     for (const auto *name : {"late.wav", "late.mp3", "late.m4a", "late.ogg"}) {
+        QCOMPARE(media.writeTone(name, 4, 2), QString());
         const auto got = read({media.file(name), start, length});
         QVERIFY2(std::abs(got.length - heardLength) < 0.12,
                  qPrintable(QString::fromLatin1(name) + u' ' + QString::number(got.length)));
@@ -124,8 +97,7 @@ void tst_GstMediaExporter::ranges()
 
 void tst_GstMediaExporter::overHttp_data()
 {
-    QTest::addColumn<ServedStream>("stream");
-    QTest::addColumn<bool>("isWhole");
+    addColumns<ServedStream, bool>("stream", "isWhole");
     ServedStream stream{.sized = true, .ranges = true};
     QTest::newRow("with ranges") << stream << true;
     stream.ranges = false;
@@ -136,11 +108,9 @@ void tst_GstMediaExporter::overHttp_data()
 
 void tst_GstMediaExporter::overHttp()
 {
-    QFETCH(ServedStream, stream);
-    QFETCH(bool, isWhole);
+    auto [stream, isWhole] = fetched<ServedStream, bool>("stream", "isWhole");
     MediaFolder media;
-    QCOMPARE(writeLateTone(media), QString());
-    QCOMPARE(encodeLateTone(media, "late.mp3", mp3Encoder), QString());
+    QCOMPARE(media.writeTone("late.mp3", 4, 2), QString());
     stream.body = media.contents("late.mp3");
     StreamServer server;
     const auto got = read({server.serve(u"late.mp3"_s, stream), 1.25, 3});
@@ -151,29 +121,21 @@ void tst_GstMediaExporter::overHttp()
 
 void tst_GstMediaExporter::joins_data()
 {
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<double>("start");
-    QTest::addColumn<QString>("video");
-    QTest::addColumn<int>("outcome");
-    QTest::newRow("sound") << u"late.wav"_s << 1.0 << u"film.mp4"_s << int(ExportOutcome::Completed);
-    QTest::newRow("no such file") << u"none.mp3"_s << 0.0 << u"film.mp4"_s
-                                  << int(ExportOutcome::NoAudioTrack);
-    QTest::newRow("no audio track") << u"film.mp4"_s << 0.0 << u"film.mp4"_s
-                                    << int(ExportOutcome::NoAudioTrack);
-    QTest::newRow("no media at all") << u"words.mp3"_s << 0.0 << u"film.mp4"_s
-                                     << int(ExportOutcome::NoAudioTrack);
-    QTest::newRow("nothing in that range")
-        << u"late.wav"_s << 99.0 << u"film.mp4"_s << int(ExportOutcome::Failed);
-    QTest::newRow("no video") << u"late.wav"_s << 1.0 << u"none.mp4"_s << int(ExportOutcome::Failed);
+    using Outcome = ExportOutcome;
+    addColumns<QString, double, QString, Outcome>("source", "start", "video", "outcome");
+    QTest::newRow("sound") << u"late.wav"_s << 1.0 << u"film.mp4"_s << Outcome::Completed;
+    QTest::newRow("no such file") << u"none.mp3"_s << 0.0 << u"film.mp4"_s << Outcome::NoAudioTrack;
+    QTest::newRow("no audio track") << u"film.mp4"_s << 0.0 << u"film.mp4"_s << Outcome::NoAudioTrack;
+    QTest::newRow("no media at all") << u"words.mp3"_s << 0.0 << u"film.mp4"_s << Outcome::NoAudioTrack;
+    QTest::newRow("nothing in that range") << u"late.wav"_s << 99.0 << u"film.mp4"_s << Outcome::Failed;
+    QTest::newRow("no video") << u"late.wav"_s << 1.0 << u"none.mp4"_s << Outcome::Failed;
 }
 
 void tst_GstMediaExporter::joins()
 {
-    QFETCH(QString, source);
-    QFETCH(double, start);
-    QFETCH(QString, video);
+    const auto [source, start, video] = fetched<QString, double, QString>("source", "start", "video");
     MediaFolder media;
-    QCOMPARE(writeLateTone(media), QString());
+    QCOMPARE(media.writeTone("late.wav", 4, 2), QString());
     QCOMPARE(
         runPipeline(QString(u"videotestsrc num-buffers=72 ! video/x-raw,width=72,height=128,framerate=24/1 ! "
                             "x264enc ! mp4mux ! filesink location=\""_s +
@@ -193,7 +155,7 @@ void tst_GstMediaExporter::joins()
                                                      last = progress;
                                                  },
                                                  {});
-    QTEST(int(outcome), "outcome");
+    QTEST(outcome, "outcome");
     QVERIFY(isRising);
     QCOMPARE(QFile::exists(output), outcome == ExportOutcome::Completed);
     if (outcome != ExportOutcome::Completed)

@@ -1,7 +1,5 @@
 #include "OfflineRig.h"
-#include "Platform/Http/QtHttpSession.h"
 #include "Platform/Storage/QtFileStore.h"
-#include "Support/ScriptedHttpServer.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -87,7 +85,6 @@ private Q_SLOTS:
     void cancelling();
     void removeAllLeavesDownloadsAlone();
     void savesInOrder();
-    void overTheNetwork();
 
 private:
     using Stream = FakeHttpSession::Stream;
@@ -209,6 +206,8 @@ void tst_OfflineDownloads::tellsWhatWentWrong()
         {[](const Stream &stream) { stream.answer("x"_ba); }, Failure::NoSpace, u"فضای دیسک کافی نیست."_s},
         {[](const Stream &stream) { stream.answer("x"_ba); }, Failure::NotPermitted,
          u"اجازه نوشتن در پوشه دانلودها وجود ندارد."_s},
+        {[](const Stream &stream) { stream.answer("x"_ba); }, Failure::NoFolder,
+         u"پوشه دانلودها پیدا نشد."_s},
     };
     m_files->failingSuffix = u".mp3"_s;
     for (const auto &[happen, failure, text] : rows) {
@@ -377,33 +376,6 @@ void tst_OfflineDownloads::savesInOrder()
     QTRY_VERIFY(isIdle());
     makeStore();
     QCOMPARE(m_store->entries().size(), 50);
-}
-
-void tst_OfflineDownloads::overTheNetwork()
-{
-    ScriptedHttpServer server;
-    const QByteArray song(1 << 20, 's');
-    server.script("/from"_ba, {302, "moved"_ba, {{"Location"_ba, "/to"_ba}}});
-    server.script("/to"_ba, {.body = song});
-    server.script("/cut"_ba, {.body = song, .ending = ScriptedAnswer::Ending::Cut});
-    QtHttpSession session(OfflineStore::sessionConfiguration());
-    m_store = TestAccess::makeIn<OfflineStore>(*m_files, m_queue, session, *m_client);
-    const auto download = [&](const QString &path) {
-        auto track = trackOf(path);
-        track.streamURL = server.url(path).toString();
-        m_store->download(track);
-        return track;
-    };
-    const auto moved = download(u"/from"_s);
-    QTRY_VERIFY((m_queue.drain(), m_store->isDownloaded(&moved)));
-    QCOMPARE(contentOf(m_store->entry(moved)->audioFileName), song);
-    const auto cut = download(u"/cut"_s); // what came of it counts
-    QTRY_VERIFY((m_queue.drain(), m_store->isDownloaded(&cut)));
-    QCOMPARE(m_store->entry(cut)->sizeBytes, song.size() / 2);
-    QVERIFY(QDir(path()).removeRecursively());
-    download(u"/to"_s);
-    QTRY_COMPARE((m_queue.drain(), m_store->lastError()), QString(prefix + u"پوشه دانلودها پیدا نشد."_s));
-    m_store.reset();
 }
 
 QTEST_GUILESS_MAIN(tst_OfflineDownloads)

@@ -31,31 +31,21 @@ QImage sampleCover(QSize size)
     return image;
 }
 
-LyricsLine sampleLine(std::optional<double> time, const QString &text, const QString &translation)
-{
-    LyricsLine line;
-    line.time = time;
-    line.text = text;
-    if (!translation.isEmpty())
-        line.translation = translation;
-    return line;
-}
-
 StoryConfig sampleStory(const QImage &cover)
 {
-    StoryConfig config;
-    config.title = u"چتری نداشتیم"_s;
-    config.artist = u"گروه باران (Live 1402)"_s;
-    config.coverImage = cover;
-    config.themeColor = QColor(200, 70, 60);
-    config.accentColor = QColor::fromRgbF(0.39F, 0.40F, 0.95F);
-    config.lines = {sampleLine(42.5, u"آهسته گفتی از همه دنیا بریدهام"_s,
-                               u"Softly you said, چیزی 12 of all the world behind us"_s),
-                    sampleLine(44.0, u"کوچه Rain 2024 پر از بوی خاک شد و پنجرهها باز ماند"_s),
-                    sampleLine(46.0, {})};
-    config.endLine = 2;
-    config.duration = 5;
-    return config;
+    return {
+        .title = u"چتری نداشتیم"_s,
+        .artist = u"گروه باران (Live 1402)"_s,
+        .coverImage = cover,
+        .themeColor = QColor(200, 70, 60),
+        .accentColor = QColor::fromRgbF(0.39F, 0.40F, 0.95F),
+        .lines = {{42.5, u"آهسته گفتی از همه دنیا بریدهام"_s,
+                   u"Softly you said, چیزی 12 of all the world behind us"_s},
+                  {44.0, u"کوچه Rain 2024 پر از بوی خاک شد و پنجرهها باز ماند"_s, {}},
+                  {46.0, QString(), {}}},
+        .endLine = 2,
+        .duration = 5,
+    };
 }
 
 } // namespace navorin

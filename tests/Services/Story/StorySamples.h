@@ -9,8 +9,6 @@ void loadAppFonts();
 
 /// A picture with edges, slopes and colours.
 [[nodiscard]] QImage sampleCover(QSize size);
-[[nodiscard]] LyricsLine sampleLine(std::optional<double> time, const QString &text,
-                                    const QString &translation = {});
 /// Three lines from 42.5 s on, with a translation; 5 s long.
 [[nodiscard]] StoryConfig sampleStory(const QImage &cover);
 

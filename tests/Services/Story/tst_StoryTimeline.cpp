@@ -1,5 +1,6 @@
 #include "Services/Story/StoryGeometry.h"
 #include "Services/Story/StoryTimeline.h"
+#include "Support/Columns.h"
 
 #include <QTest>
 
@@ -16,21 +17,12 @@ constexpr double infinity = std::numeric_limits<double>::infinity();
 LyricsLine line(std::optional<double> time, std::optional<QString> text = {},
                 std::optional<QString> translation = {})
 {
-    LyricsLine made;
-    made.time = time;
-    made.text = std::move(text);
-    made.translation = std::move(translation);
-    return made;
+    return {time, std::move(text), std::move(translation)};
 }
 
 StoryConfig story(const QList<LyricsLine> &lines, qsizetype start, qsizetype end, double duration)
 {
-    StoryConfig config;
-    config.lines = lines;
-    config.startLine = start;
-    config.endLine = end;
-    config.duration = duration;
-    return config;
+    return {.lines = lines, .startLine = start, .endLine = end, .duration = duration};
 }
 
 } // namespace
@@ -40,43 +32,30 @@ class tst_StoryTimeline : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void lengths_data();
     void lengths();
     void timings_data();
     void timings();
-    void lineAtATime_data();
     void lineAtATime();
-    void fading_data();
     void fading();
     void motion();
 };
 
-void tst_StoryTimeline::lengths_data()
-{
-    QTest::addColumn<double>("duration");
-    QTest::addColumn<double>("length");
-    QTest::addColumn<int>("frames");
-    QTest::newRow("short") << 2.0 << 3.0 << 72;
-    QTest::newRow("shortest") << 3.0 << 3.0 << 72;
-    QTest::newRow("truncated") << 10.99 << 10.99 << 263;
-    QTest::newRow("long") << 200.0 << 60.0 << 1440;
-    QTest::newRow("endless") << infinity << 60.0 << 1440;
-    QTest::newRow("negative") << -infinity << 3.0 << 72;
-    QTest::newRow("no number") << notANumber << 3.0 << 72;
-}
-
 void tst_StoryTimeline::lengths()
 {
-    QFETCH(double, duration);
-    QTEST(storyLength(duration), "length");
-    QTEST(storyFrameCount(duration), "frames");
+    const std::tuple<double, double, int> cases[]{
+        // wished for, given, and in frames
+        {2, 3, 72},           {10.99, 10.99, 263}, {200, 60, 1440},
+        {infinity, 60, 1440}, {-infinity, 3, 72},  {notANumber, 3, 72},
+    };
+    for (const auto &[duration, length, frames] : cases) {
+        QCOMPARE(storyLength(duration), length);
+        QCOMPARE(storyFrameCount(duration), frames);
+    }
 }
 
 void tst_StoryTimeline::timings_data()
 {
-    QTest::addColumn<StoryConfig>("config");
-    QTest::addColumn<qsizetype>("first");
-    QTest::addColumn<QList<double>>("starts");
+    addColumns<StoryConfig, qsizetype, QList<double>>("config", "first", "starts");
     const QList timed{line(42.5), line(45.0), line(40.0), line(110.0)};
     QTest::newRow("from the first line's time, whatever the duration")
         << story(timed, 0, 3, 10) << qsizetype(0) << QList{0.0, 2.5, 0.0, 67.5};
@@ -102,53 +81,34 @@ void tst_StoryTimeline::timings()
     QTEST(timings.starts, "starts");
 }
 
-void tst_StoryTimeline::lineAtATime_data()
-{
-    QTest::addColumn<double>("t");
-    QTest::addColumn<QString>("text"); ///< null for none
-    QTest::addColumn<double>("start");
-    QTest::newRow("before") << -0.1 << QString() << 0.0;
-    QTest::newRow("no number") << notANumber << QString() << 0.0;
-    QTest::newRow("first") << 0.0 << u"b"_s << 0.0;
-    QTest::newRow("to the last moment") << 1.999 << u"b"_s << 0.0;
-    QTest::newRow("exactly") << 2.0 << u"c"_s << 2.0;
-    QTest::newRow("the later of two at one time") << 5.0 << u"e"_s << 5.0;
-    QTest::newRow("to the end") << 1e6 << u"e"_s << 5.0;
-}
-
 void tst_StoryTimeline::lineAtATime()
 {
-    QFETCH(double, t);
-    QFETCH(QString, text);
-    QFETCH(double, start);
     const auto config = story({line(1.0, u"a"_s), line(2.0, u"b"_s), line(4.0, u"c"_s), line(7.0, u"d"_s),
                                line(7.0, u"e"_s, u"f"_s)},
                               1, 4, 9);
-    const auto current = currentLine(computeLineTimings(config), config, t);
-    QCOMPARE(current.has_value(), !text.isNull());
-    if (!current)
-        return;
-    QCOMPARE(current->text, text);
-    QCOMPARE(current->start, start);
-    QCOMPARE(current->translation, text == u"e" ? u"f"_s : QString());
-    QVERIFY(!currentLine({}, config, t));
-}
-
-void tst_StoryTimeline::fading_data()
-{
-    QTest::addColumn<double>("age");
-    QTest::addColumn<double>("alpha");
-    QTest::newRow("before") << -1.0 << 0.25;
-    QTest::newRow("at its start") << 0.0 << 0.25;
-    QTest::newRow("half way") << 0.175 << 0.625;
-    QTest::newRow("full") << 0.35 << 1.0;
-    QTest::newRow("long since") << 30.0 << 1.0;
+    const std::tuple<double, QString, double> cases[]{
+        // t, and the line, if any, with its start
+        {-0.1, {}, 0},      {notANumber, {}, 0}, {0.0, u"b"_s, 0},
+        {1.999, u"b"_s, 0}, {2.0, u"c"_s, 2},    {5.0, u"e"_s, 5}, // the later of two at one time
+        {1e6, u"e"_s, 5},
+    };
+    for (const auto &[t, text, start] : cases) {
+        const auto current = currentLine(computeLineTimings(config), config, t);
+        QCOMPARE(current.has_value(), !text.isNull());
+        if (!current)
+            continue;
+        QCOMPARE(current->text, text);
+        QCOMPARE(current->start, start);
+        QCOMPARE(current->translation, text == u"e" ? u"f"_s : QString());
+    }
+    QVERIFY(!currentLine({}, config, 0));
 }
 
 void tst_StoryTimeline::fading()
 {
-    QFETCH(double, age);
-    QTEST(lineAlpha(age), "alpha");
+    for (const auto &[age, alpha] :
+         {std::pair(-1.0, 0.25), {0.0, 0.25}, {0.175, 0.625}, {0.35, 1.0}, {30.0, 1.0}})
+        QCOMPARE(lineAlpha(age), alpha);
 }
 
 void tst_StoryTimeline::motion()

@@ -4,13 +4,11 @@
 #include "Platform/Storage/QtFileStore.h"
 #include "Services/Story/StoryVideoRenderer.h"
 #include "StorySamples.h"
+#include "Support/Columns.h"
 #include "Support/ManualMainQueue.h"
 
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QtEndian>
@@ -123,17 +121,6 @@ QByteArrayList boxes(const QString &path)
     return names;
 }
 
-/// What a program of others makes of a file.
-QJsonObject probed(const QString &path)
-{
-    QProcess probe;
-    probe.start(u"ffprobe"_s,
-                {u"-v"_s, u"error"_s, u"-count_frames"_s, u"-show_streams"_s, u"-of"_s, u"json"_s, path});
-    if (!probe.waitForFinished(60000))
-        return {};
-    return QJsonDocument::fromJson(probe.readAllStandardOutput()).object();
-}
-
 } // namespace
 
 namespace navorin {
@@ -212,11 +199,9 @@ const QString joined = u"story-final.mp4"_s;
 
 void tst_StoryVideoRenderer::outcomes_data()
 {
-    QTest::addColumn<WriterScript>("script");
-    QTest::addColumn<int>("exported"); ///< -1 without a source of sound
-    QTest::addColumn<bool>("writes");
-    QTest::addColumn<QString>("outcome");
-    QTest::addColumn<QList<double>>("progress");
+    // exported: -1 without a source of sound
+    addColumns<WriterScript, int, bool, QString, QList<double>>("script", "exported", "writes", "outcome",
+                                                                "progress");
     const QList drawn{0.0, third, 2 * third};
     const auto with = [](QList<double> list, const QList<double> &more) { return list << more; };
     QTest::newRow("no sound asked for") << WriterScript{} << -1 << false << silent << with(drawn, {0.85});
@@ -240,9 +225,7 @@ void tst_StoryVideoRenderer::outcomes_data()
 
 void tst_StoryVideoRenderer::outcomes()
 {
-    QFETCH(WriterScript, script);
-    QFETCH(int, exported);
-    QFETCH(bool, writes);
+    const auto [script, exported, writes] = fetched<WriterScript, int, bool>("script", "exported", "writes");
     TestAccess rig;
     rig.script = script;
     auto config = sampleStory({});
@@ -317,10 +300,8 @@ void tst_StoryVideoRenderer::stops()
 
 void tst_StoryVideoRenderer::file_data()
 {
-    QTest::addColumn<QString>("audio");
-    QTest::addColumn<double>("audioStart");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<double>("seconds"); ///< of sound
+    // seconds: of sound
+    addColumns<QString, double, QString, double>("audio", "audioStart", "name", "seconds");
     QTest::newRow("silent") << QString() << 0.0 << silent << 0.0;
     QTest::newRow("whole") << u"tone.wav"_s << 2.0 << joined << 5.0;
     QTest::newRow("ends early") << u"tone.mp3"_s << 7.0 << joined << 3.0;
@@ -329,9 +310,8 @@ void tst_StoryVideoRenderer::file_data()
 
 void tst_StoryVideoRenderer::file()
 {
-    QFETCH(QString, audio);
-    QFETCH(double, audioStart);
-    QFETCH(double, seconds);
+    const auto [audio, audioStart, seconds] =
+        fetched<QString, double, double>("audio", "audioStart", "seconds");
     MediaFolder media;
     TestAccess rig;
     auto config = sampleStory(sampleCover({400, 400}));
@@ -348,7 +328,7 @@ void tst_StoryVideoRenderer::file()
     QVERIFY2(order.contains("moov") && order.indexOf("moov") < order.indexOf("mdat"),
              order.join(' ').constData());
 
-    const auto streams = probed(path).value(u"streams"_s).toArray();
+    const auto streams = probedStreams(path);
     QCOMPARE(streams.size(), seconds > 0 ? 2 : 1);
     const auto video = streams.at(0).toObject();
     QCOMPARE(video.value(u"codec_name"_s).toString(), u"h264"_s);
