@@ -15,6 +15,7 @@
 #include "Platform/Desktop/PortalDesktopSettings.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/SystemLog.h"
+#include "Platform/Desktop/UiWatchdog.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Media/GstMediaExporter.h"
 #include "Platform/Media/VideoWriter.h"
@@ -76,6 +77,18 @@ void setIconWhenShown(QQuickWindow &window)
 {
     const auto set = [&window] { window.setIcon(QIcon(u":/navorin/ir.navorin.NavorinRadio.svg"_s)); };
     QObject::connect(&window, &QQuickWindow::frameSwapped, &window, set, Qt::SingleShotConnection);
+}
+
+/// From the first frame on: before it, shaders are made and the window may take its time.
+void watchOver(QQuickWindow &window)
+{
+#ifdef NAVORIN_TESTS
+    QObject::connect(
+        &window, &QQuickWindow::frameSwapped, &window,
+        [&window] { UiWatchdog::startAsEnvironmentSays(window); }, Qt::SingleShotConnection);
+#else
+    Q_UNUSED(window);
+#endif
 }
 
 } // namespace
@@ -224,6 +237,7 @@ bool NavorinRadioApp::showWindow()
     if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst())) {
         traceStart(*window, store);
         setIconWhenShown(*window);
+        watchOver(*window);
     }
 
     QObject::connect(&player, &RadioPlayer::isPlayingChanged, m_engine.get(),
