@@ -2,6 +2,10 @@
 
 #include "Platform/Desktop/DebugLine.h"
 
+#include <QDir>
+#include <QFile>
+
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fcntl.h>
@@ -27,6 +31,11 @@ nanoseconds read(clockid_t clock)
     return std::chrono::seconds(time.tv_sec) + nanoseconds(time.tv_nsec);
 }
 
+int openSchedule(const QByteArray &path)
+{
+    return ::open(path.constData(), O_RDONLY | O_CLOEXEC);
+}
+
 /// The second figure of a schedstat file; 0 on a kernel that keeps no account.
 nanoseconds queuedOf(int schedule)
 {
@@ -38,11 +47,31 @@ nanoseconds queuedOf(int schedule)
     return nanoseconds(std::strtoull(rest, nullptr, 10));
 }
 
+/// Those of Qt Quick and of Mesa's software rendering that run now.
+std::vector<int> schedulesOfDrawers()
+{
+    std::vector<int> schedules;
+    for (const auto &task : QDir(u"/proc/self/task"_s).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile name(task.filePath() + u"/comm"_s);
+        if (!name.open(QFile::ReadOnly))
+            continue;
+        const auto text = name.readAll();
+        if (text.startsWith("QSGRenderThread") || text.startsWith("llvmpipe"))
+            schedules.push_back(openSchedule(QFile::encodeName(task.filePath() + u"/schedstat"_s)));
+    }
+    return schedules;
+}
+
 UiHold between(const UiBeat &before, const UiBeat &after)
 {
+    const auto held = after.time - before.time;
+    const auto worked = after.worked - before.worked;
+    const auto queued = after.queued - before.queued;
+    const auto blocked = std::max(held - worked - queued, nanoseconds(0));
+    const auto drawersQueued =
+        std::clamp(after.drawersQueued - before.drawersQueued, nanoseconds(0), blocked);
     const auto milli = [](nanoseconds time) { return std::chrono::round<milliseconds>(time); };
-    return {milli(after.time - before.time), milli(after.worked - before.worked),
-            milli(after.queued - before.queued)};
+    return {milli(held), milli(worked), milli(queued + drawersQueued)};
 }
 
 QString lineOf(const UiHold &hold, const QString &more = {})
@@ -67,7 +96,8 @@ UiWatchdog::UiWatchdog(milliseconds limit, Tell tell, QObject *parent)
     : QObject(parent)
     , m_limit(limit)
     , m_tell(std::move(tell))
-    , m_schedule(::open("/proc/thread-self/schedstat", O_RDONLY | O_CLOEXEC))
+    , m_schedule(openSchedule("/proc/thread-self/schedstat"))
+    , m_drawerSchedules(schedulesOfDrawers())
 {
     ::pthread_getcpuclockid(::pthread_self(), &m_workClock);
     m_pulse.setTimerType(Qt::PreciseTimer);
@@ -85,8 +115,8 @@ UiWatchdog::~UiWatchdog()
     }
     m_changed.notify_all();
     m_watcher.join();
-    if (m_schedule >= 0)
-        ::close(m_schedule);
+    ::close(m_schedule);
+    std::ranges::for_each(m_drawerSchedules, ::close);
 }
 
 void UiWatchdog::startAsEnvironmentSays(QObject &owner)
@@ -97,7 +127,10 @@ void UiWatchdog::startAsEnvironmentSays(QObject &owner)
 
 UiBeat UiWatchdog::look() const
 {
-    return {read(CLOCK_MONOTONIC), read(m_workClock), queuedOf(m_schedule)};
+    nanoseconds drawersQueued{};
+    for (const auto schedule : m_drawerSchedules)
+        drawersQueued += queuedOf(schedule);
+    return {read(CLOCK_MONOTONIC), read(m_workClock), queuedOf(m_schedule), drawersQueued};
 }
 
 /// Measured here and not by the watcher, which on a busy machine sleeps through a hold itself.

@@ -50,13 +50,16 @@ private Q_SLOTS:
 
 void tst_UiWatchdog::whatCounts_data()
 {
-    addColumns<Time, Time, Time, bool>("gap", "worked", "queued", "counts");
-    QTest::newRow("beats in time") << 20ms << 1ms << 0ms << false;
-    QTest::newRow("at the limit") << 120ms << 0ms << 0ms << false;
-    QTest::newRow("blocked") << 121ms << 0ms << 0ms << true;
-    QTest::newRow("worked") << 121ms << 121ms << 0ms << true;
-    QTest::newRow("no processor to be had") << 900ms << 60ms << 800ms << false;
-    QTest::newRow("worked, on a busy machine") << 900ms << 300ms << 550ms << true;
+    addColumns<Time, Time, Time, Time, Time>("gap", "worked", "queued", "drawersQueued", "waited");
+    const auto doesNotCount = -1ms;
+    QTest::newRow("beats in time") << 20ms << 1ms << 0ms << 0ms << doesNotCount;
+    QTest::newRow("at the limit") << 120ms << 0ms << 0ms << 0ms << doesNotCount;
+    QTest::newRow("blocked") << 121ms << 0ms << 0ms << 0ms << 0ms;
+    QTest::newRow("worked") << 121ms << 121ms << 0ms << 0ms << 0ms;
+    QTest::newRow("no processor to be had") << 900ms << 60ms << 800ms << 0ms << doesNotCount;
+    QTest::newRow("worked, on a busy machine") << 900ms << 300ms << 550ms << 0ms << 550ms;
+    QTest::newRow("no processor for a frame") << 900ms << 10ms << 10ms << 800ms << doesNotCount;
+    QTest::newRow("worked, and so did not wait for a frame") << 900ms << 880ms << 0ms << 800ms << 20ms;
 }
 
 void tst_UiWatchdog::whatCounts()
@@ -64,14 +67,17 @@ void tst_UiWatchdog::whatCounts()
     QFETCH(Time, gap);
     QFETCH(Time, worked);
     QFETCH(Time, queued);
-    const UiBeat before{5s, 2s, 1s};
-    const UiBeat after{before.time + gap, before.worked + worked, before.queued + queued};
+    QFETCH(Time, drawersQueued);
+    QFETCH(Time, waited);
+    const UiBeat before{5s, 2s, 1s, 3s};
+    const UiBeat after{before.time + gap, before.worked + worked, before.queued + queued,
+                       before.drawersQueued + drawersQueued};
     const auto hold = holdBetween(before, after, 100ms);
-    QTEST(hold.has_value(), "counts");
+    QCOMPARE(hold.has_value(), waited >= 0ms);
     if (hold) {
         QCOMPARE(hold->held, gap - uiPulse);
         QCOMPARE(hold->worked, worked);
-        QCOMPARE(hold->queued, queued);
+        QCOMPARE(hold->queued, waited);
     }
 }
 
