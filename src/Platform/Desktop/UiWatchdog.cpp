@@ -24,7 +24,7 @@ namespace {
 
 constexpr milliseconds unending = 5s;
 
-nanoseconds read(clockid_t clock)
+nanoseconds now(clockid_t clock)
 {
     timespec time{};
     ::clock_gettime(clock, &time);
@@ -36,19 +36,25 @@ int openSchedule(const QByteArray &path)
     return ::open(path.constData(), O_RDONLY | O_CLOEXEC);
 }
 
-/// The second figure of a schedstat file; 0 on a kernel that keeps no account.
-nanoseconds queuedOf(int schedule)
+struct Schedule
+{
+    nanoseconds worked{};
+    nanoseconds queued{};
+};
+
+/// The first two figures of a schedstat file; 0 on a kernel that keeps no account.
+Schedule read(int schedule)
 {
     std::array<char, 96> text{};
     if (::pread(schedule, text.data(), text.size() - 1, 0) <= 0)
         return {};
     char *rest = nullptr;
-    std::strtoull(text.data(), &rest, 10);
-    return nanoseconds(std::strtoull(rest, nullptr, 10));
+    const auto worked = std::strtoull(text.data(), &rest, 10);
+    return {nanoseconds(worked), nanoseconds(std::strtoull(rest, nullptr, 10))};
 }
 
 /// Those of Qt Quick and of Mesa's software rendering that run now.
-std::vector<int> schedulesOfDrawers()
+std::vector<int> openDrawers()
 {
     std::vector<int> schedules;
     for (const auto &task : QDir(u"/proc/self/task"_s).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot)) {
@@ -68,17 +74,16 @@ UiHold between(const UiBeat &before, const UiBeat &after)
     const auto worked = after.worked - before.worked;
     const auto queued = after.queued - before.queued;
     const auto blocked = std::max(held - worked - queued, nanoseconds(0));
-    const auto drawersQueued =
-        std::clamp(after.drawersQueued - before.drawersQueued, nanoseconds(0), blocked);
+    const auto drawing = std::clamp(after.drawing - before.drawing, nanoseconds(0), blocked);
     const auto milli = [](nanoseconds time) { return std::chrono::round<milliseconds>(time); };
-    return {milli(held), milli(worked), milli(queued + drawersQueued)};
+    return {milli(held), milli(worked), milli(queued), milli(drawing)};
 }
 
 QString lineOf(const UiHold &hold, const QString &more = {})
 {
-    return u"[Watchdog] UI thread held for %1 ms%2 (worked %3 ms, waited %4 ms for a processor)"_s.arg(
-        QString::number(hold.held.count()), more, QString::number(hold.worked.count()),
-        QString::number(hold.queued.count()));
+    const auto text = [](milliseconds time) { return QString::number(time.count()); };
+    return u"[Watchdog] UI thread held for %1 ms%2 (worked %3 ms, waited %4 ms for a processor and %5 ms for a frame)"_s
+        .arg(text(hold.held), more, text(hold.worked), text(hold.queued), text(hold.drawing));
 }
 
 } // namespace
@@ -87,7 +92,7 @@ std::optional<UiHold> holdBetween(const UiBeat &before, const UiBeat &after, mil
 {
     auto hold = between(before, after);
     hold.held -= uiPulse;
-    if (hold.held - hold.queued <= limit)
+    if (hold.held - hold.queued - hold.drawing <= limit)
         return {};
     return hold;
 }
@@ -97,7 +102,7 @@ UiWatchdog::UiWatchdog(milliseconds limit, Tell tell, QObject *parent)
     , m_limit(limit)
     , m_tell(std::move(tell))
     , m_schedule(openSchedule("/proc/thread-self/schedstat"))
-    , m_drawerSchedules(schedulesOfDrawers())
+    , m_drawers(openDrawers())
 {
     ::pthread_getcpuclockid(::pthread_self(), &m_workClock);
     m_pulse.setTimerType(Qt::PreciseTimer);
@@ -116,7 +121,7 @@ UiWatchdog::~UiWatchdog()
     m_changed.notify_all();
     m_watcher.join();
     ::close(m_schedule);
-    std::ranges::for_each(m_drawerSchedules, ::close);
+    std::ranges::for_each(m_drawers, ::close);
 }
 
 void UiWatchdog::startAsEnvironmentSays(QObject &owner)
@@ -127,10 +132,12 @@ void UiWatchdog::startAsEnvironmentSays(QObject &owner)
 
 UiBeat UiWatchdog::look() const
 {
-    nanoseconds drawersQueued{};
-    for (const auto schedule : m_drawerSchedules)
-        drawersQueued += queuedOf(schedule);
-    return {read(CLOCK_MONOTONIC), read(m_workClock), queuedOf(m_schedule), drawersQueued};
+    nanoseconds drawing{};
+    for (const auto drawer : m_drawers) {
+        const auto account = read(drawer);
+        drawing += account.worked + account.queued;
+    }
+    return {now(CLOCK_MONOTONIC), now(m_workClock), read(m_schedule).queued, drawing};
 }
 
 /// Measured here and not by the watcher, which on a busy machine sleeps through a hold itself.

@@ -17,10 +17,10 @@ namespace navorin {
 /// The UI thread's clocks at one heartbeat.
 struct UiBeat
 {
-    std::chrono::nanoseconds time{};          ///< since some fixed moment
-    std::chrono::nanoseconds worked{};        ///< on a processor so far
-    std::chrono::nanoseconds queued{};        ///< able to run so far, but without a processor
-    std::chrono::nanoseconds drawersQueued{}; ///< the same for the threads that draw its frames, together
+    std::chrono::nanoseconds time{};    ///< since some fixed moment
+    std::chrono::nanoseconds worked{};  ///< on a processor so far
+    std::chrono::nanoseconds queued{};  ///< able to run so far, but without a processor
+    std::chrono::nanoseconds drawing{}; ///< worked or queued by the threads that draw its frames, together
 };
 
 /// A time in which the UI thread did not come to its events.
@@ -28,15 +28,17 @@ struct UiHold
 {
     std::chrono::milliseconds held{};
     std::chrono::milliseconds worked{};
-    std::chrono::milliseconds queued{}; ///< with what it was blocked while a thread that draws was queued
+    std::chrono::milliseconds queued{};
+    std::chrono::milliseconds drawing{}; ///< while the thread was blocked
 };
 
 /// How often the heart beats.
 inline constexpr std::chrono::milliseconds uiPulse{20};
 
 /// The hold between two beats, if it was longer than the limit also without the time in which only the
-/// machine had no processor to give: to the thread itself, or to those that draw while it was blocked, for a
-/// frame has to wait for the one before. What was neither worked nor queued was spent blocked in a call.
+/// machine had no processor to give, and without that in which the thread was blocked while the frame before
+/// was drawn: without a graphics card that is long, and is no fault of what the thread does. So a frame that
+/// is slow to draw is not seen here; what works on the thread or blocks it in a call is.
 [[nodiscard]] std::optional<UiHold> holdBetween(const UiBeat &before, const UiBeat &after,
                                                 std::chrono::milliseconds limit);
 
@@ -68,7 +70,7 @@ private:
     clockid_t m_workClock{};
     // Accounts with the kernel's scheduler.
     int m_schedule = -1;
-    std::vector<int> m_drawerSchedules;
+    std::vector<int> m_drawers;
     QTimer m_pulse;
 
     std::mutex m_mutex; ///< guards all below
