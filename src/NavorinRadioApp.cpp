@@ -11,6 +11,7 @@
 #include "Platform/Desktop/DesktopShareSheet.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
+#include "Platform/Desktop/GlibBuses.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/PortalDesktopSettings.h"
 #include "Platform/Desktop/SleepMonitor.h"
@@ -115,6 +116,7 @@ struct NavorinRadioApp::Platform
         return QGuiApplication::platformName() == u"xcb" ? qGuiApp->devicePixelRatio() : 1;
     }
 
+    GlibBuses buses;
     QtMainQueue queue;
     QtFileStore files;
     SettingsUserDefaults defaults{queue};
