@@ -80,18 +80,6 @@ void setIconWhenShown(QQuickWindow &window)
     QObject::connect(&window, &QQuickWindow::frameSwapped, &window, set, Qt::SingleShotConnection);
 }
 
-/// From the first frame on: before it, shaders are made and the window may take its time.
-void watchOver(QQuickWindow &window)
-{
-#ifdef NAVORIN_TESTS
-    QObject::connect(
-        &window, &QQuickWindow::frameSwapped, &window,
-        [&window] { UiWatchdog::startAsEnvironmentSays(window); }, Qt::SingleShotConnection);
-#else
-    Q_UNUSED(window);
-#endif
-}
-
 } // namespace
 
 /// Everything that the desktop gives, alive for as long as any service is.
@@ -239,7 +227,12 @@ bool NavorinRadioApp::showWindow()
     if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst())) {
         traceStart(*window, store);
         setIconWhenShown(*window);
-        watchOver(*window);
+#ifdef NAVORIN_TESTS
+        // From the first frame on: before it the window may take its time.
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, window,
+            [window] { UiWatchdog::startAsEnvironmentSays(*window); }, Qt::SingleShotConnection);
+#endif
     }
 
     QObject::connect(&player, &RadioPlayer::isPlayingChanged, m_engine.get(),

@@ -126,8 +126,11 @@ UiWatchdog::~UiWatchdog()
 
 void UiWatchdog::startAsEnvironmentSays(QObject &owner)
 {
-    if (const auto limit = qEnvironmentVariableIntValue("NAVORIN_WATCHDOG"); limit > 0)
-        new UiWatchdog(milliseconds(limit), printDebugLine, &owner);
+    const auto limit = qEnvironmentVariableIntValue("NAVORIN_WATCHDOG");
+    if (limit <= 0)
+        return;
+    new UiWatchdog(milliseconds(limit), printDebugLine, &owner);
+    printDebugLine(u"[Watchdog] watches"_s);
 }
 
 UiBeat UiWatchdog::look() const
