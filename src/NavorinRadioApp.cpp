@@ -11,10 +11,12 @@
 #include "Platform/Desktop/DesktopShareSheet.h"
 #include "Platform/Desktop/DesktopSuspendInhibitor.h"
 #include "Platform/Desktop/DesktopUrlOpener.h"
+#include "Platform/Desktop/GlibBuses.h"
 #include "Platform/Desktop/MprisService.h"
 #include "Platform/Desktop/PortalDesktopSettings.h"
 #include "Platform/Desktop/SleepMonitor.h"
 #include "Platform/Desktop/SystemLog.h"
+#include "Platform/Desktop/UiWatchdog.h"
 #include "Platform/Http/QtHttpSession.h"
 #include "Platform/Media/GstMediaExporter.h"
 #include "Platform/Media/VideoWriter.h"
@@ -102,6 +104,7 @@ struct NavorinRadioApp::Platform
         return QGuiApplication::platformName() == u"xcb" ? qGuiApp->devicePixelRatio() : 1;
     }
 
+    GlibBuses buses;
     QtMainQueue queue;
     QtFileStore files;
     SettingsUserDefaults defaults{queue};
@@ -224,6 +227,12 @@ bool NavorinRadioApp::showWindow()
     if (auto *window = qobject_cast<QQuickWindow *>(m_engine->rootObjects().constFirst())) {
         traceStart(*window, store);
         setIconWhenShown(*window);
+#ifdef NAVORIN_TESTS
+        // From the first frame on: before it the window may take its time.
+        QObject::connect(
+            window, &QQuickWindow::frameSwapped, window,
+            [window] { UiWatchdog::startAsEnvironmentSays(*window); }, Qt::SingleShotConnection);
+#endif
     }
 
     QObject::connect(&player, &RadioPlayer::isPlayingChanged, m_engine.get(),

@@ -4,6 +4,7 @@ Nothing of the user's session is touched, and everything ends with the `with` bl
 """
 import array
 import contextlib
+import json
 import math
 import os
 import pathlib
@@ -11,6 +12,7 @@ import signal
 import subprocess
 import threading
 import time
+import urllib.request
 
 
 # How much longer than usual everything may take, as under a sanitizer.
@@ -119,6 +121,18 @@ class Desktop(contextlib.AbstractContextManager):
         self.port = int(backend.wait_for_line("PORT ", 60).split()[1])
         return backend
 
+    def set_fault(self, text, times=-1):
+        """Makes the backend's requests fail as demo/FaultRoutes.h tells; None ends all faults."""
+        body = json.dumps({"fault": text, "times": times}).encode() if text else None
+        request = urllib.request.Request(f"http://127.0.0.1:{self.port}/demo/fault", data=body,
+                                         method="POST" if text else "DELETE")
+        urllib.request.urlopen(request, timeout=10).close()
+
+    def is_struck(self):
+        """Whether every fault with a number of times has struck so often."""
+        with urllib.request.urlopen(f"http://127.0.0.1:{self.port}/demo/fault", timeout=10) as answer:
+            return all(fault["times"] <= 0 for fault in json.load(answer)["data"])
+
     def start_app(self, *arguments, port=None, **environment):
         address = f"http://127.0.0.1:{port or self.port}"
         return self.start("navorin", *arguments, NAVORIN_BASE_URL=address, **environment)
@@ -135,6 +149,22 @@ class Desktop(contextlib.AbstractContextManager):
 
     def click(self, x, y):
         self.run("xdotool", "mousemove", str(x), str(y), "click", "1")
+
+    def owner_of(self, name):
+        """The process that has a name on the session bus."""
+        told = self.run("gdbus", "call", "--session", "--dest", "org.freedesktop.DBus", "--object-path", "/",
+                        "--method", "org.freedesktop.DBus.GetConnectionUnixProcessID", name).stdout
+        return int(told.decode().removeprefix("(uint32 ").removesuffix(",)\n"))
+
+    def restart_sound(self):
+        """Kills the sound server and starts it anew."""
+        pid = int(self.env["SESSION_PULSE_PID"])
+        command = pathlib.Path(f"/proc/{pid}/cmdline").read_text().split("\0")[:-1]
+        os.kill(pid, signal.SIGKILL)
+        server = Program(command, self.env)
+        self._stack.callback(server.end)
+        self.env["SESSION_PULSE_PID"] = str(server.process.pid)
+        wait_until(lambda: self.run("pactl", "set-default-sink", "out").returncode == 0, 10, "the sound server")
 
     def record(self, seconds):
         """What the sink plays for so long: mono samples at 48 kHz, from -1 to 1."""

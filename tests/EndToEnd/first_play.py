@@ -3,21 +3,13 @@
 
 usage: first_play.py BIN_FOLDER [TEST_NAME...]
 """
-import json
 import sys
 import unittest
-import urllib.request
 
 from desktop import Desktop, level, longest_silence, wait_until
 
 BIN = sys.argv.pop(1)
 STATIONS = "[App] grid filled"
-
-
-def set_fault(port, text):
-    request = urllib.request.Request(f"http://127.0.0.1:{port}/demo/fault", data=json.dumps({"fault": text}).encode() if text else None,
-                                     method="POST" if text else "DELETE")
-    urllib.request.urlopen(request, timeout=10).close()
 
 
 class FirstPlay(unittest.TestCase):
@@ -63,11 +55,11 @@ class FirstPlay(unittest.TestCase):
             app = desktop.start_app(NAVORIN_AUDIO_SINK="fakesink sync=true")
             app.wait_for_line(STATIONS, 40)
             for fault in ("status:500", "html", "garbage", "truncate", "cut:100"):
-                set_fault(desktop.port, f"/api/stations={fault}")
+                desktop.set_fault(f"/api/stations={fault}")
                 asked = len(backend.errors)
                 desktop.press("F5")
                 wait_until(lambda: any("/api/stations" in line for line in backend.errors[asked:]), 20, fault)
-                set_fault(desktop.port, "")
+                desktop.set_fault(None)
                 seen = len(app.lines)
                 desktop.press("F5")
                 app.wait_for_line(STATIONS, 20, after=seen)

@@ -48,6 +48,34 @@ class Screen:
         x, y, width, height = self.at_rest(name, role)
         self.desktop.click(x + width // 2, y + height // 2)
 
+    def gone(self, name, seconds=20):
+        wait_until(lambda: not self.find(name), seconds, f"{name!r} to go")
+
+    def fill(self, field, text, role="text"):
+        self.click(field, role)
+        self.desktop.run("xdotool", "key", "ctrl+a")
+        self.desktop.run("xdotool", "type", text)
+
+    def sign_in(self, name, password):
+        """In the sheet that --debug-login or a button opens."""
+        self.at_rest("ورود به رادیو")
+        self.desktop.focus()
+        self.fill("نام کاربری یا آیدی تلگرام", name)
+        self.fill("", password, "password text")
+        self.click("ورود به رادیو")
+        self.gone("ورود به رادیو")
+
+    def options_of(self, title):
+        """Presses the options of the row or card that bears this title."""
+        place = self.at_rest(title, "push button")
+
+        def lies_on(button):
+            x, y, *_ = button["place"]
+            return place[0] <= x < place[0] + place[2] and place[1] <= y < place[1] + place[3]
+        button = next(each for each in self.all("push button") if each["name"] == "گزینهها" and lies_on(each))
+        x, y, width, height = button["place"]
+        self.desktop.click(x + width // 2, y + height // 2)
+
     def at_rest(self, name, role=None):
         """Its place, once it has stayed there. A busy machine may draw no frame of a slide between two looks."""
         place, since = None, 0
