@@ -30,13 +30,10 @@ private Q_SLOTS:
     void liveStreamsNeverEnd();
     void tracksAreWholeFiles_data();
     void tracksAreWholeFiles();
-    void rangesGiveTheirPart_data();
     void rangesGiveTheirPart();
     void coversDiffer();
     void searchesAndResolves();
-    void faultsBendTheAnswer_data();
     void faultsBendTheAnswer();
-    void faultsThatHoldAnAnswerBack_data();
     void faultsThatHoldAnAnswerBack();
     void strangeRequestsAreSurvived_data();
     void strangeRequestsAreSurvived();
@@ -158,29 +155,26 @@ void TestDemoBackend::tracksAreWholeFiles()
     }
 }
 
-void TestDemoBackend::rangesGiveTheirPart_data()
-{
-    // length: negative: to the end
-    addColumns<QByteArray, int, int, int>("range", "status", "first", "length");
-    QTest::newRow("start") << "bytes=0-99"_ba << 206 << 0 << 100;
-    QTest::newRow("rest") << "bytes=5000-"_ba << 206 << 5000 << -1;
-    QTest::newRow("past the end") << "bytes=100-99999999"_ba << 206 << 100 << -1;
-    QTest::newRow("beyond") << "bytes=99999999-"_ba << 416 << 0 << 0;
-    QTest::newRow("backwards") << "bytes=9-5"_ba << 416 << 0 << 0;
-    QTest::newRow("two ranges") << "bytes=0-1,5-9"_ba << 200 << 0 << -1;
-    QTest::newRow("other unit") << "lines=1-2"_ba << 416 << 0 << 0;
-}
-
 void TestDemoBackend::rangesGiveTheirPart()
 {
-    const auto [range, status, first, length] =
-        fetched<QByteArray, int, int, int>("range", "status", "first", "length");
+    const std::tuple<QByteArray, int, int, int> cases[]{
+        // range, status, and the part: its first byte and its length, negative for all to the end
+        {"bytes=0-99"_ba, 206, 0, 100},
+        {"bytes=5000-"_ba, 206, 5000, -1},
+        {"bytes=100-99999999"_ba, 206, 100, -1},
+        {"bytes=99999999-"_ba, 416, 0, 0},
+        {"bytes=9-5"_ba, 416, 0, 0},
+        {"bytes=0-1,5-9"_ba, 200, 0, -1},
+        {"lines=1-2"_ba, 416, 0, 0},
+    };
     const QString path = u"/stream/yalda?track=0"_s;
     const QByteArray whole = m_backend->fetch(path)->readAll();
-    const DemoProcess::Reply reply = m_backend->fetch(path, "GET", {{"Range", range}});
-    QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
-    if (status < 400)
-        QCOMPARE(reply->readAll(), whole.mid(first, length));
+    for (const auto &[range, status, first, length] : cases) {
+        const DemoProcess::Reply reply = m_backend->fetch(path, "GET", {{"Range", range}});
+        QCOMPARE(reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+        if (status < 400)
+            QCOMPARE(reply->readAll(), whole.mid(first, length));
+    }
 }
 
 void TestDemoBackend::coversDiffer()
@@ -240,53 +234,42 @@ void TestDemoBackend::searchesAndResolves()
     }
 }
 
-void TestDemoBackend::faultsBendTheAnswer_data()
-{
-    // received: negative: half
-    // stated: the length is still that of the whole
-    addColumns<QString, int, int, bool>("fault", "status", "received", "stated");
-    QTest::newRow("status") << u"status:503"_s << 503 << 40 << false;
-    QTest::newRow("cut") << u"cut:10000"_s << 200 << 10'000 << true;
-    QTest::newRow("truncate") << u"truncate"_s << 200 << -1 << true;
-    QTest::newRow("garbage") << u"garbage"_s << 200 << 32'768 << false;
-    QTest::newRow("page") << u"html"_s << 200 << 113 << false;
-}
-
 void TestDemoBackend::faultsBendTheAnswer()
 {
-    const auto [fault, status, received, stated] =
-        fetched<QString, int, int, bool>("fault", "status", "received", "stated");
     const QString path = u"/stream/yalda?track=0"_s;
     const QByteArray whole = m_backend->fetch(path)->readAll();
-    m_backend->setFault(path + u"="_s + fault, 1);
-    const DemoProcess::Reply bent = m_backend->fetch(path);
-    const QByteArray bytes = bent->readAll();
-    QCOMPARE(bent->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
-    QCOMPARE(bytes.size(), received < 0 ? whole.size() / 2 : received);
-    QCOMPARE(whole.startsWith(bytes), stated);
-    QCOMPARE(bent->header(QNetworkRequest::ContentLengthHeader), stated ? whole.size() : bytes.size());
-    QCOMPARE(m_backend->fetch(path)->readAll(), whole);
-}
-
-void TestDemoBackend::faultsThatHoldAnAnswerBack_data()
-{
-    // atLeast: bytes that come all the same
-    addColumns<QString, int>("fault", "atLeast");
-    QTest::newRow("stall") << u"stall:7000"_s << 7000;
-    QTest::newRow("slow") << u"slow:2000"_s << 100;
-    QTest::newRow("delay") << u"delay:1000"_s << 0;
+    const std::tuple<QString, int, qsizetype, bool> cases[]{
+        // fault, status, bytes received, and whether the length stated is still that of the whole
+        {u"status:503"_s, 503, 40, false},
+        {u"cut:10000"_s, 200, 10'000, true},
+        {u"truncate"_s, 200, whole.size() / 2, true},
+        {u"garbage"_s, 200, 32'768, false},
+        {u"html"_s, 200, 113, false},
+    };
+    for (const auto &[fault, status, received, stated] : cases) {
+        m_backend->setFault(path + u"="_s + fault, 1);
+        const DemoProcess::Reply bent = m_backend->fetch(path);
+        const QByteArray bytes = bent->readAll();
+        QCOMPARE(bent->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(), status);
+        QCOMPARE(bytes.size(), received);
+        QCOMPARE(whole.startsWith(bytes), stated);
+        QCOMPARE(bent->header(QNetworkRequest::ContentLengthHeader), stated ? whole.size() : bytes.size());
+        QCOMPARE(m_backend->fetch(path)->readAll(), whole);
+    }
 }
 
 // an answer that is held back is overtaken by one that was asked for later
 void TestDemoBackend::faultsThatHoldAnAnswerBack()
 {
-    const auto [fault, atLeast] = fetched<QString, int>("fault", "atLeast");
-    m_backend->setFault(u"/stream/yalda?track=0="_s + fault);
-    const DemoProcess::Reply held = m_backend->send(u"/stream/yalda?track=0"_s);
-    QTRY_VERIFY(held->bytesAvailable() >= atLeast);
-    QVERIFY(m_backend->fetch(u"/stream/yalda?track=1"_s)->bytesAvailable() > 300'000);
-    QVERIFY(!held->isFinished() && held->bytesAvailable() <= 100'000);
-    m_backend->setFault({});
+    for (const auto &[fault, atLeast] : // bytes that come all the same
+         {std::pair(u"stall:7000"_s, 7000), {u"slow:2000"_s, 100}, {u"delay:1000"_s, 0}}) {
+        m_backend->setFault(u"/stream/yalda?track=0="_s + fault);
+        const DemoProcess::Reply held = m_backend->send(u"/stream/yalda?track=0"_s);
+        QTRY_VERIFY(held->bytesAvailable() >= atLeast);
+        QVERIFY(m_backend->fetch(u"/stream/yalda?track=1"_s)->bytesAvailable() > 300'000);
+        QVERIFY(!held->isFinished() && held->bytesAvailable() <= 100'000);
+        m_backend->setFault({});
+    }
 }
 
 void TestDemoBackend::strangeRequestsAreSurvived_data()

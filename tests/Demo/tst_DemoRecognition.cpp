@@ -1,6 +1,5 @@
 #include "DemoProcess.h"
 #include "Platform/Audio/TestMedia.h"
-#include "Support/Columns.h"
 
 #include <QFile>
 #include <QJsonDocument>
@@ -28,9 +27,7 @@ private Q_SLOTS:
         QVERIFY(m_backend->port() > 0);
     }
 
-    void recognises_data();
     void recognises();
-    void refuses_data();
     void refuses();
 
 private:
@@ -64,48 +61,39 @@ private:
     std::unique_ptr<DemoProcess> m_backend;
 };
 
-void TestDemoRecognition::recognises_data()
-{
-    addColumns<QString, double>("stream", "start");
-    QTest::newRow("the beginning") << u"/stream/kavir?track=3"_s << 0.0;
-    QTest::newRow("between two frames") << u"/stream/kavir?track=9"_s << 20.337;
-    QTest::newRow("the same music as another song") << u"/stream/yalda?track=2"_s << 10.0;
-    QTest::newRow("the end") << u"/stream/highway?track=1"_s << 30.0;
-}
-
 /// Names the song that was asked for, though others share its music.
 void TestDemoRecognition::recognises()
 {
-    const auto [stream, start] = fetched<QString, double>("stream", "start");
-    const auto mp3 = m_backend->fetch(stream)->readAll();
-    int status = 0;
-    const auto song = ask(snippet(partOf(mp3, start, 4.5)), &status)["data"_L1].toObject();
-    QCOMPARE(status, 200);
-    QCOMPARE(song["stream_url"_L1].toString(), stream);
-    QVERIFY(!song["title"_L1].toString().isEmpty() && song["duration"_L1].toInt() > 0);
-    const auto artwork = m_backend->fetch(song["artwork_url"_L1].toString(), "HEAD");
-    QCOMPARE(artwork->error(), QNetworkReply::NoError);
-}
-
-void TestDemoRecognition::refuses_data()
-{
-    // source: of a snippet; or else, after "=", the body itself
-    addColumns<QByteArray, int>("source", "status");
-    QTest::newRow("noise") << "audiotestsrc wave=pink-noise num-buffers=194"_ba << 404;
-    QTest::newRow("a tone") << "audiotestsrc num-buffers=194"_ba << 404;
-    QTest::newRow("silence") << "audiotestsrc wave=silence num-buffers=194"_ba << 404;
-    QTest::newRow("garbage") << "=not a file"_ba << 400;
-    QTest::newRow("nothing") << "="_ba << 400;
+    for (const auto &[stream, start] : {std::pair(u"/stream/kavir?track=3"_s, 0.0),
+                                        {u"/stream/kavir?track=9"_s, 20.337}, // between two frames
+                                        {u"/stream/yalda?track=2"_s, 10.0}, // the same music as another song
+                                        {u"/stream/highway?track=1"_s, 30.0}}) { // the end
+        const auto mp3 = m_backend->fetch(stream)->readAll();
+        int status = 0;
+        const auto song = ask(snippet(partOf(mp3, start, 4.5)), &status)["data"_L1].toObject();
+        QCOMPARE(status, 200);
+        QCOMPARE(song["stream_url"_L1].toString(), stream);
+        QVERIFY(!song["title"_L1].toString().isEmpty() && song["duration"_L1].toInt() > 0);
+        const auto artwork = m_backend->fetch(song["artwork_url"_L1].toString(), "HEAD");
+        QCOMPARE(artwork->error(), QNetworkReply::NoError);
+    }
 }
 
 void TestDemoRecognition::refuses()
 {
-    QFETCH(QByteArray, source);
-    int status = 0;
-    const auto body = source.startsWith('=') ? source.mid(1) : snippet(source + " samplesperbuffer=1024");
-    const auto answer = ask(body, &status);
-    QTEST(status, "status");
-    QVERIFY(!answer["message"_L1].toString().isEmpty() && !answer.contains("data"_L1));
+    const auto soundOf = [this](const QByteArray &what) {
+        return snippet("audiotestsrc samplesperbuffer=1024 num-buffers=194 wave=" + what);
+    };
+    for (const auto &[body, expected] : {std::pair(soundOf("pink-noise"), 404),
+                                         {soundOf("sine"), 404},
+                                         {soundOf("silence"), 404},
+                                         {"not a file"_ba, 400},
+                                         {""_ba, 400}}) {
+        int status = 0;
+        const auto answer = ask(body, &status);
+        QCOMPARE(status, expected);
+        QVERIFY(!answer["message"_L1].toString().isEmpty() && !answer.contains("data"_L1));
+    }
 }
 
 QTEST_GUILESS_MAIN(TestDemoRecognition)

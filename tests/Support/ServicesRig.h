@@ -30,11 +30,20 @@ public:
         TestAccess::forget<Keychain>();
         TestAccess::share<Keychain>(secrets);
         auth = TestAccess::make<AuthStore>(*client, queue);
-        makePlayer();
+        offline = TestAccess::makeIn<OfflineStore>(files, queue, playersHttp, *playersClient);
+        player = TestAccess::makeIn<RadioPlayer>(engine, desktop.audioSession, desktop.nowPlaying,
+                                                 desktop.remoteCommands, queue, *playersClient, *offline);
     }
+    /// Coroutines that still wait end before what they use goes.
     ~ServicesRig()
     {
-        finish();
+        engine.failPendingTracks();
+        for (auto *session : {&http, &playersHttp}) {
+            while (!session->exchanges.empty()) {
+                session->take().fail();
+                settle();
+            }
+        }
         player.reset();
         offline.reset();
         auth.reset();
@@ -42,30 +51,6 @@ public:
     }
     Q_DISABLE_COPY_MOVE(ServicesRig)
 
-    /// Anew, from what is on the disk.
-    void makePlayer()
-    {
-        player.reset();
-        offline = TestAccess::makeIn<OfflineStore>(files, queue, playersHttp, *playersClient);
-        player = TestAccess::makeIn<RadioPlayer>(engine, desktop.audioSession, desktop.nowPlaying,
-                                                 desktop.remoteCommands, queue, *playersClient, *offline);
-    }
-    /// Ends the coroutines that still wait, before what they use goes.
-    void finish()
-    {
-        do {
-            engine.failPendingTracks();
-            settle();
-            for (auto *session : {&http, &playersHttp}) {
-                while (!session->exchanges.empty()) {
-                    session->take().fail();
-                    settle();
-                }
-            }
-            engine.failPendingTracks(); // of what a failed hydration has started
-            settle();
-        } while (!http.exchanges.empty() || !playersHttp.exchanges.empty());
-    }
     void settle()
     {
         for (int round = 0; round < 3; ++round) {

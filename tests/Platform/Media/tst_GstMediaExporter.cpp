@@ -61,62 +61,53 @@ class tst_GstMediaExporter : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void ranges_data();
     void ranges();
-    void overHttp_data();
     void overHttp();
     void joins_data();
     void joins();
     void stopsWhileTheSourceHangs();
 };
 
-void tst_GstMediaExporter::ranges_data()
-{
-    addColumns<double, double, double, double>("start", "length", "heardLength", "toneFrom");
-    QTest::newRow("from the beginning") << 0.0 << 3.0 << 3.0 << 2.0;
-    QTest::newRow("from the middle") << 1.25 << 3.0 << 3.0 << 0.75;
-    QTest::newRow("within the tone") << 4.0 << 1.0 << 1.0 << 0.0;
-    QTest::newRow("ends early") << 4.0 << 30.0 << 2.0 << 0.0;
-    QTest::newRow("past its end") << 50.0 << 3.0 << 0.0 << -1.0;
-}
-
 void tst_GstMediaExporter::ranges()
 {
-    const auto [start, length, heardLength, toneFrom] =
-        fetched<double, double, double, double>("start", "length", "heardLength", "toneFrom");
+    const std::tuple<double, double, Heard> cases[]{
+        // start, length, and what is heard
+        {0, 3, {3, 2}},       // from the beginning
+        {1.25, 3, {3, 0.75}}, // from the middle
+        {4, 1, {1, 0}},       // within the tone
+        {4, 30, {2, 0}},      // ends early
+        {50, 3, {0, -1}},     // past its end
+    };
     MediaFolder media;
     for (const auto *name : {"late.wav", "late.mp3", "late.m4a", "late.ogg"}) {
         QCOMPARE(media.writeTone(name, 4, 2), QString());
-        const auto got = read({media.file(name), start, length});
-        QVERIFY2(std::abs(got.length - heardLength) < 0.12,
-                 qPrintable(QString::fromLatin1(name) + u' ' + QString::number(got.length)));
-        QVERIFY2(std::abs(got.toneFrom - toneFrom) < 0.06,
-                 qPrintable(QString::fromLatin1(name) + u' ' + QString::number(got.toneFrom)));
+        for (const auto &[start, length, expected] : cases) {
+            const auto got = read({media.file(name), start, length});
+            const auto words = u"%1 from %2: %3 s, the tone from %4"_s.arg(QString::fromLatin1(name))
+                                   .arg(start)
+                                   .arg(got.length)
+                                   .arg(got.toneFrom);
+            QVERIFY2(std::abs(got.length - expected.length) < 0.12, qPrintable(words));
+            QVERIFY2(std::abs(got.toneFrom - expected.toneFrom) < 0.06, qPrintable(words));
+        }
     }
-}
-
-void tst_GstMediaExporter::overHttp_data()
-{
-    addColumns<ServedStream, bool>("stream", "isWhole");
-    ServedStream stream{.sized = true, .ranges = true};
-    QTest::newRow("with ranges") << stream << true;
-    stream.ranges = false;
-    QTest::newRow("without ranges it is read from the beginning") << stream << true;
-    stream.status = 404;
-    QTest::newRow("404") << stream << false;
 }
 
 void tst_GstMediaExporter::overHttp()
 {
-    auto [stream, isWhole] = fetched<ServedStream, bool>("stream", "isWhole");
     MediaFolder media;
     QCOMPARE(media.writeTone("late.mp3", 4, 2), QString());
-    stream.body = media.contents("late.mp3");
     StreamServer server;
-    const auto got = read({server.serve(u"late.mp3"_s, stream), 1.25, 3});
-    QVERIFY2(std::abs(got.length - (isWhole ? 3 : -1)) < 0.01, qPrintable(QString::number(got.length)));
-    if (isWhole)
+    const auto heardOf = [&](ServedStream stream) {
+        stream.body = media.contents("late.mp3");
+        return read({server.serve(u"late.mp3"_s, std::move(stream)), 1.25, 3});
+    };
+    for (const bool ranges : {true, false}) { // without ranges it is read from the beginning
+        const auto got = heardOf({.sized = true, .ranges = ranges});
+        QVERIFY2(std::abs(got.length - 3) < 0.01, qPrintable(QString::number(got.length)));
         QVERIFY2(std::abs(got.toneFrom - 0.75) < 0.06, qPrintable(QString::number(got.toneFrom)));
+    }
+    QCOMPARE(heardOf({.status = 404, .sized = true}).length, -1.0);
 }
 
 void tst_GstMediaExporter::joins_data()

@@ -1,5 +1,4 @@
 #include "Services/Account/Keychain.h"
-#include "Support/Columns.h"
 #include "Support/FakeSecureItemStore.h"
 #include "Support/TestAccess.h"
 
@@ -29,7 +28,6 @@ private Q_SLOTS:
     void cleanup() { TestAccess::forget<Keychain>(); }
 
     void reads();
-    void writes_data();
     void writes();
     void hangingStore();
     void storeGoesFirst();
@@ -64,33 +62,30 @@ void tst_Keychain::reads()
     }
 }
 
-void tst_Keychain::writes_data()
-{
-    addColumns<bool, QByteArray, Text, QStringList, QByteArray>("available", "before", "value", "asked",
-                                                                "after");
-    const auto none = QByteArray();
-    QTest::newRow("first") << true << none << Text(u"ب"_s) << QStringList{u"exists"_s, u"add"_s}
-                           << "\xD8\xA8"_ba;
-    QTest::newRow("second") << true << "a"_ba << Text(u"b"_s) << QStringList{u"exists"_s, u"update"_s}
-                            << "b"_ba;
-    QTest::newRow("no store") << false << "a"_ba << Text(u"b"_s) << QStringList{u"exists"_s, u"add"_s}
-                              << "a"_ba;
-    QTest::newRow("empty") << true << "a"_ba << Text(u""_s) << QStringList{u"remove"_s} << none;
-    QTest::newRow("absent") << true << "a"_ba << Text() << QStringList{u"remove"_s} << none;
-    QTest::newRow("empty on nothing") << true << none << Text(u""_s) << QStringList{u"remove"_s} << none;
-}
-
 void tst_Keychain::writes()
 {
-    const auto [available, before, value] = fetched<bool, QByteArray, Text>("available", "before", "value");
-    m_store->available = available;
-    if (!before.isNull())
-        m_store->items.insert(name, before);
-    Keychain::set(value, key);
-    QTEST(m_store->asked, "asked");
-    QTEST(m_store->items.value(name), "after");
-    QVERIFY(m_store->items.size() <= 1);
-    QCOMPARE(m_store->settled, 0);
+    const auto none = QByteArray();
+    const std::tuple<bool, QByteArray, Text, QStringList, QByteArray> cases[]{
+        // available, stored before, value, what the store is asked, stored after
+        {true, none, Text(u"ب"_s), {u"exists"_s, u"add"_s}, "\xD8\xA8"_ba},
+        {true, "a"_ba, Text(u"b"_s), {u"exists"_s, u"update"_s}, "b"_ba},
+        {false, "a"_ba, Text(u"b"_s), {u"exists"_s, u"add"_s}, "a"_ba},
+        {true, "a"_ba, Text(u""_s), {u"remove"_s}, none},
+        {true, "a"_ba, Text(), {u"remove"_s}, none},
+        {true, none, Text(u""_s), {u"remove"_s}, none},
+    };
+    for (const auto &[available, before, value, asked, after] : cases) {
+        cleanup();
+        init();
+        m_store->available = available;
+        if (!before.isNull())
+            m_store->items.insert(name, before);
+        Keychain::set(value, key);
+        QCOMPARE(m_store->asked, asked);
+        QCOMPARE(m_store->items.value(name), after);
+        QVERIFY(m_store->items.size() <= 1);
+        QCOMPARE(m_store->settled, 0);
+    }
 }
 
 void tst_Keychain::hangingStore()

@@ -38,8 +38,8 @@ class tst_RadioPlayerSession : public QObject, protected RadioPlayerRig
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_rig.emplace(); }
-    void cleanup() { m_rig.reset(); }
+    void init() { setUp(); }
+    void cleanup() { tearDown(); }
 
     void tellsTheDesktop();
     void commands();
@@ -53,27 +53,24 @@ private Q_SLOTS:
     void programmesKeepTheirPicturesOnly();
 
 private:
-    [[nodiscard]] const NowPlayingInfo &lastInfo() const
-    {
-        return m_rig->desktop.nowPlaying.infos.constLast();
-    }
-    RemoteCommands &remote() { return m_rig->desktop.remoteCommands.commands; }
+    [[nodiscard]] const NowPlayingInfo &lastInfo() const { return m_desktop->nowPlaying.infos.constLast(); }
+    RemoteCommands &remote() { return m_desktop->remoteCommands.commands; }
     void answerArtwork(const QByteArray &bytes)
     {
-        m_rig->playersHttp.take().answer(bytes);
-        m_rig->settle();
+        m_http->take().answer(bytes);
+        settle();
     }
 };
 
 void tst_RadioPlayerSession::tellsTheDesktop()
 {
-    auto &desktop = m_rig->desktop.nowPlaying;
+    auto &desktop = m_desktop->nowPlaying;
     QCOMPARE(desktop.state, PlaybackState({PlaybackState::Status::Stopped, double(0.85F), false}));
     select(listStation(2, 0));
     QCOMPARE(desktop.infos.size(), 1); // on the load
     QCOMPARE(lastInfo().playbackRate, 0.0);
     QCOMPARE(desktop.state.status, PlaybackState::Status::Paused);
-    m_rig->engine.item->length = 180;
+    m_engine->item->length = 180;
     tick(Status::Playing, 3);
     QCOMPARE(desktop.infos.size(), 2); // on the arrival at playing
     QCOMPARE(lastInfo().playbackRate, 1.0);
@@ -85,14 +82,14 @@ void tst_RadioPlayerSession::tellsTheDesktop()
     QCOMPARE(desktop.infos.size(), 2); // a tick says nothing
     QCOMPARE(desktop.position(), 3.5);
     QCOMPARE(desktop.jumps, QList<double>());
-    m_rig->player->seek(90);
+    m_player->seek(90);
     QCOMPARE(desktop.infos.size(), 3);
     QCOMPARE(lastInfo().elapsedTime, 90.0);
     QCOMPARE(desktop.jumps, QList<double>({90}));
-    m_rig->player->nextTrack();
+    m_player->nextTrack();
     tick(Status::Playing, 0.4);
     QCOMPARE(desktop.jumps, QList<double>({90, 0.4}));
-    m_rig->player->togglePlayPause();
+    m_player->togglePlayPause();
     QCOMPARE(lastInfo().playbackRate, 0.0);
 }
 
@@ -100,34 +97,34 @@ void tst_RadioPlayerSession::commands()
 {
     listenTo(listStation(2, 0));
     QCOMPARE(remote().pause(), RemoteCommandResult::Success);
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList()); // carried out when the event loop turns
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList({u"pause"_s}));
-    QVERIFY(!m_rig->player->isPlaying() && !TestAccess::wantsPlayback(*m_rig->player));
-    const auto updates = m_rig->desktop.nowPlaying.infos.size();
+    QCOMPARE(m_engine->takeCalls(), QStringList()); // carried out when the event loop turns
+    m_queue->drain();
+    QCOMPARE(m_engine->takeCalls(), QStringList({u"pause"_s}));
+    QVERIFY(!m_player->isPlaying() && !TestAccess::wantsPlayback(*m_player));
+    const auto updates = m_desktop->nowPlaying.infos.size();
     QCOMPARE(remote().pause(), RemoteCommandResult::Success); // paused already: all the same
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->desktop.nowPlaying.infos.size(), updates + 1);
-    m_rig->engine.takeCalls();
+    m_queue->drain();
+    QCOMPARE(m_desktop->nowPlaying.infos.size(), updates + 1);
+    m_engine->takeCalls();
 
     for (const auto command : {&RemoteCommands::play, &RemoteCommands::togglePlayPause}) {
         QCOMPARE((remote().*command)(), RemoteCommandResult::Success);
-        m_rig->queue.drain();
-        QCOMPARE(m_rig->engine.takeCalls(), QStringList({u"play"_s}));
+        m_queue->drain();
+        QCOMPARE(m_engine->takeCalls(), QStringList({u"play"_s}));
     }
     remote().nextTrack();
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->player->currentStation()->trackIndex, 1);
+    m_queue->drain();
+    QCOMPARE(m_player->currentStation()->trackIndex, 1);
     remote().previousTrack();
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->player->currentStation()->trackIndex, 0);
+    m_queue->drain();
+    QCOMPARE(m_player->currentStation()->trackIndex, 0);
     remote().changeVolume(0.25);
-    QCOMPARE(m_rig->player->volume(), 0.25F);
-    QCOMPARE(m_rig->desktop.nowPlaying.state.volume, 0.25);
+    QCOMPARE(m_player->volume(), 0.25F);
+    QCOMPARE(m_desktop->nowPlaying.state.volume, 0.25);
 
     select(liveStation(u"a"_s)); // nowhere to go, and still no failure
     QCOMPARE(remote().nextTrack(), RemoteCommandResult::Success);
-    m_rig->player.reset();
+    m_player.reset();
     QCOMPARE(remote().play(), RemoteCommandResult::Success);
     QCOMPARE(remote().skipForward({}), RemoteCommandResult::CommandFailed);
 }
@@ -141,20 +138,20 @@ void tst_RadioPlayerSession::seekingCommandsNeedAPosition()
     };
     QCOMPARE(tryAll(), QList<RemoteCommandResult>(3, failed));
     select(liveStation(u"a"_s));
-    m_rig->engine.item->length = 300;
+    m_engine->item->length = 300;
     tick(Status::Playing, 60);
     QCOMPARE(tryAll(), QList<RemoteCommandResult>(3, failed)); // live, whatever its length
     select(listStation(2, 0));
     tick(Status::Playing, 60);
     QCOMPARE(tryAll(), QList<RemoteCommandResult>(3, failed)); // no length yet
-    m_rig->engine.item->length = 300;
+    m_engine->item->length = 300;
     tick(Status::Playing, 60);
     QCOMPARE(remote().changePlaybackPosition({}), failed);
-    m_rig->queue.drain();
-    m_rig->engine.takeCalls();
+    m_queue->drain();
+    m_engine->takeCalls();
     QCOMPARE(tryAll(), QList<RemoteCommandResult>(3, RemoteCommandResult::Success));
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList({u"seek 70"_s, u"seek 65"_s, u"seek 30"_s}));
+    m_queue->drain();
+    QCOMPARE(m_engine->takeCalls(), QStringList({u"seek 70"_s, u"seek 65"_s, u"seek 30"_s}));
 }
 
 void tst_RadioPlayerSession::interruptions_data()
@@ -181,75 +178,75 @@ void tst_RadioPlayerSession::interruptions()
     if (state == u"rebuffering")
         tick(Status::WaitingToPlay, 1);
     if (state == u"paused")
-        m_rig->player->togglePlayPause();
+        m_player->togglePlayPause();
     if (state == u"finished")
-        Q_EMIT m_rig->engine.itemDidPlayToEnd(m_rig->engine.item.get());
-    m_rig->queue.drain();
-    const auto wanted = TestAccess::wantsPlayback(*m_rig->player);
-    const auto buffering = m_rig->player->isBuffering();
-    m_rig->engine.takeCalls();
+        Q_EMIT m_engine->itemDidPlayToEnd(m_engine->item.get());
+    m_queue->drain();
+    const auto wanted = TestAccess::wantsPlayback(*m_player);
+    const auto buffering = m_player->isBuffering();
+    m_engine->takeCalls();
 
-    Q_EMIT m_rig->desktop.audioSession.interruptionBegan();
-    m_rig->queue.drain();
-    QTEST(m_rig->engine.takeCalls(), "atBegin");
-    QVERIFY(!m_rig->player->isPlaying());
-    QCOMPARE(TestAccess::wantsPlayback(*m_rig->player), wanted);
-    QCOMPARE(m_rig->player->isBuffering(), buffering);
+    Q_EMIT m_desktop->audioSession.interruptionBegan();
+    m_queue->drain();
+    QTEST(m_engine->takeCalls(), "atBegin");
+    QVERIFY(!m_player->isPlaying());
+    QCOMPARE(TestAccess::wantsPlayback(*m_player), wanted);
+    QCOMPARE(m_player->isBuffering(), buffering);
     if (state == u"playing") {
         QCOMPARE(lastInfo().playbackRate, 0.0);
-        QCOMPARE(m_rig->queue.timerCount(), 0);
+        QCOMPARE(m_queue->timerCount(), 0);
     }
-    Q_EMIT m_rig->desktop.audioSession.interruptionEnded(false);
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList());
-    Q_EMIT m_rig->desktop.audioSession.interruptionEnded(true);
-    m_rig->queue.drain();
-    QTEST(m_rig->engine.takeCalls(), "atEnd");
-    QCOMPARE(m_rig->player->isBuffering(), wanted || buffering);
+    Q_EMIT m_desktop->audioSession.interruptionEnded(false);
+    m_queue->drain();
+    QCOMPARE(m_engine->takeCalls(), QStringList());
+    Q_EMIT m_desktop->audioSession.interruptionEnded(true);
+    m_queue->drain();
+    QTEST(m_engine->takeCalls(), "atEnd");
+    QCOMPARE(m_player->isBuffering(), wanted || buffering);
 }
 
 void tst_RadioPlayerSession::goesOnWithoutTheDevice()
 {
     listenTo(liveStation(u"a"_s));
-    Q_EMIT m_rig->desktop.audioSession.outputDeviceGone();
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList({u"play"_s}));
-    m_rig->player->togglePlayPause();
-    m_rig->engine.takeCalls();
-    Q_EMIT m_rig->desktop.audioSession.outputDeviceGone();
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList());
+    Q_EMIT m_desktop->audioSession.outputDeviceGone();
+    m_queue->drain();
+    QCOMPARE(m_engine->takeCalls(), QStringList({u"play"_s}));
+    m_player->togglePlayPause();
+    m_engine->takeCalls();
+    Q_EMIT m_desktop->audioSession.outputDeviceGone();
+    m_queue->drain();
+    QCOMPARE(m_engine->takeCalls(), QStringList());
 
-    QCOMPARE(m_rig->desktop.audioSession.configured, 1);
-    m_rig->desktop.audioSession.error = u"refused"_s;
-    m_rig->player->play();
-    QCOMPARE(m_rig->desktop.audioSession.configured, 2);
-    QCOMPARE(m_rig->engine.takeCalls(), QStringList({u"play"_s})); // refused or not
+    QCOMPARE(m_desktop->audioSession.configured, 1);
+    m_desktop->audioSession.error = u"refused"_s;
+    m_player->play();
+    QCOMPARE(m_desktop->audioSession.configured, 2);
+    QCOMPARE(m_engine->takeCalls(), QStringList({u"play"_s})); // refused or not
 }
 
 void tst_RadioPlayerSession::artworkArrives()
 {
     select(programme(u"a"_s, u"first song"_s));
-    QCOMPARE(m_rig->playersHttp.exchanges.size(), std::size_t(0)); // not before the event loop turns
-    m_rig->queue.drain();
+    QCOMPARE(m_http->exchanges.size(), std::size_t(0)); // not before the event loop turns
+    m_queue->drain();
     tick(Status::Playing, 1); // asks for the catalogue, and not again for the picture
-    m_rig->player->seek(2);
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->playersHttp.exchanges.size(), std::size_t(2));
-    QCOMPARE(m_rig->playersHttp.exchanges.front().request.url.toString(QUrl::FullyEncoded),
-             u"https://a.example/cover?v=first%20song"_s);
+    m_player->seek(2);
+    m_queue->drain();
+    QCOMPARE(m_http->exchanges.size(), std::size_t(2));
+    QCOMPARE(m_http->exchanges.front().request.url.toString(QUrl::FullyEncoded),
+             u"https://backend.test/cover?v=first%20song"_s);
     QVERIFY(!lastInfo().artwork);
 
-    const QSignalSpy coloured(m_rig->player.get(), &RadioPlayer::themeColorChanged);
+    const QSignalSpy coloured(m_player.get(), &RadioPlayer::themeColorChanged);
     const auto bytes = picture(QColor(255, 0, 0));
     answerArtwork(bytes);
     QCOMPARE(lastInfo().artwork->bytes, bytes);
     QCOMPARE(lastInfo().artwork->format, u"png"_s);
     QCOMPARE(lastInfo().artwork->size, QSize(4, 3));
-    QCOMPARE(m_rig->player->themeColor().name(), QColor::fromHsvF(0, 0.85F, 0.95F).name());
-    m_rig->player->seek(3);
-    m_rig->queue.drain();
-    QCOMPARE(m_rig->playersHttp.exchanges.size(), std::size_t(1));
+    QCOMPARE(m_player->themeColor().name(), QColor::fromHsvF(0, 0.85F, 0.95F).name());
+    m_player->seek(3);
+    m_queue->drain();
+    QCOMPARE(m_http->exchanges.size(), std::size_t(1));
     QCOMPARE(coloured.count(), 1);
 }
 
@@ -257,20 +254,20 @@ void tst_RadioPlayerSession::failedArtworkIsTriedAnew()
 {
     const auto whole = picture(Qt::red);
     select(programme(u"a"_s, u"song"_s));
-    m_rig->queue.drain();
-    QVERIFY(m_rig->playersHttp.exchanges.front().request.largestBody); // a picture without an end is given up
+    m_queue->drain();
+    QVERIFY(m_http->exchanges.front().request.largestBody); // a picture without an end is given up
     for (int i = 0; const auto &body : {"no picture"_ba, ""_ba, whole.first(whole.size() / 2),
                                         "<svg xmlns='http://www.w3.org/2000/svg'/>"_ba}) {
         answerArtwork(body);
-        QVERIFY(m_rig->playersHttp.exchanges.empty()); // by the next update, not by itself
-        QCOMPARE(m_rig->player->themeColor(), QColor::fromRgbF(0.39F, 0.40F, 0.95F));
-        m_rig->player->seek(++i);
-        m_rig->queue.drain();
+        QVERIFY(m_http->exchanges.empty()); // by the next update, not by itself
+        QCOMPARE(m_player->themeColor(), QColor::fromRgbF(0.39F, 0.40F, 0.95F));
+        m_player->seek(++i);
+        m_queue->drain();
     }
-    m_rig->playersHttp.take().fail();
-    m_rig->settle();
-    m_rig->player->seek(9);
-    m_rig->queue.drain();
+    m_http->take().fail();
+    settle();
+    m_player->seek(9);
+    m_queue->drain();
     answerArtwork(picture(Qt::blue));
     QVERIFY(lastInfo().artwork);
 }
@@ -279,19 +276,19 @@ void tst_RadioPlayerSession::lastArtworkGivesTheColour()
 {
     select(programme(u"a"_s, u"1"_s));
     select(programme(u"b"_s, u"2"_s));
-    m_rig->queue.drain();
-    auto early = m_rig->playersHttp.take();
+    m_queue->drain();
+    auto early = m_http->take();
     answerArtwork(picture(Qt::blue));
-    QCOMPARE(m_rig->player->themeColor().hue(), 240);
+    QCOMPARE(m_player->themeColor().hue(), 240);
     early.answer(picture(Qt::green));
-    m_rig->settle();
-    QCOMPARE(m_rig->player->themeColor().hue(), 120);
+    settle();
+    QCOMPARE(m_player->themeColor().hue(), 120);
     QCOMPARE(lastInfo().artwork->bytes, picture(Qt::blue));
     auto bare = liveStation(u"c"_s);
     select(bare);
-    m_rig->queue.drain();
-    QVERIFY(m_rig->playersHttp.exchanges.empty() && !lastInfo().artwork);
-    QCOMPARE(m_rig->player->themeColor().hue(), 120);
+    m_queue->drain();
+    QVERIFY(m_http->exchanges.empty() && !lastInfo().artwork);
+    QCOMPARE(m_player->themeColor().hue(), 120);
 }
 
 void tst_RadioPlayerSession::programmesKeepTheirPicturesOnly()
@@ -300,18 +297,18 @@ void tst_RadioPlayerSession::programmesKeepTheirPicturesOnly()
     std::weak_ptr<const EncodedPicture> first;
     for (int i = 0; i < programmes; ++i) {
         select(programme(u"a"_s, QString::number(i)));
-        m_rig->queue.drain();
+        m_queue->drain();
         answerArtwork(picture(QColor::fromHsv(i % 360, 200, 200)));
-        m_rig->engine.failPendingTracks();
-        m_rig->engine.made.clear();
+        m_engine->failPendingTracks();
+        m_engine->made.clear();
         if (i == 0)
             first = lastInfo().artwork;
-        m_rig->desktop.nowPlaying.infos.remove(0, m_rig->desktop.nowPlaying.infos.size() - 1);
+        m_desktop->nowPlaying.infos.remove(0, m_desktop->nowPlaying.infos.size() - 1);
     }
     QCOMPARE(first.use_count(), 1); // the cache's own, for the day the programme returns
     select(programme(u"a"_s, u"0"_s));
-    m_rig->queue.drain();
-    QVERIFY(m_rig->playersHttp.exchanges.empty() && lastInfo().artwork == first.lock());
+    m_queue->drain();
+    QVERIFY(m_http->exchanges.empty() && lastInfo().artwork == first.lock());
 }
 
 QTEST_GUILESS_MAIN(tst_RadioPlayerSession)

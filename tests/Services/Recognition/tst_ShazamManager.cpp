@@ -1,9 +1,9 @@
 #include "Platform/Storage/SettingsUserDefaults.h"
+#include "Services/Playback/RadioPlayerRig.h"
 #include "Services/Recognition/ShazamManager.h"
 #include "Shared/ShazamIntents.h"
 #include "Support/Columns.h"
 #include "Support/FakeUserDefaults.h"
-#include "Support/ServicesRig.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -23,7 +23,7 @@ const auto songAnswer = R"({"data":{"title":"باران","artist":"لیلا"}})"
 
 } // namespace
 
-class tst_ShazamManager : public QObject
+class tst_ShazamManager : public QObject, private RadioPlayerRig
 {
     Q_OBJECT
 
@@ -50,20 +50,19 @@ private:
     void listen()
     {
         m_shazam->startRecognition();
-        m_rig->settle();
+        settle();
     }
     void pass(std::chrono::milliseconds time)
     {
-        m_rig->queue.advance(time);
-        m_rig->settle();
-        m_rig->settle(); // the file, then the request
+        m_queue->advance(time);
+        settle();
+        settle(); // the file, then the request
     }
     [[nodiscard]] QStringList snippets() const
     {
-        return QDir(m_rig->home.path()).entryList({u"shazam_snippet_*"_s});
+        return QDir(m_home->path()).entryList({u"shazam_snippet_*"_s});
     }
 
-    std::optional<ServicesRig> m_rig;
     FakeUserDefaults m_settings;
     UserDefaults *m_suite = nullptr;
     double m_now = moment;
@@ -72,22 +71,21 @@ private:
 
 void tst_ShazamManager::init()
 {
-    m_rig.emplace();
-    qputenv("TMPDIR", m_rig->home.path().toUtf8());
+    setUp();
+    qputenv("TMPDIR", m_home->path().toUtf8());
     m_settings = {};
     m_now = moment;
     m_suite = &m_settings;
     m_shazam = TestAccess::makeIn<ShazamManager>(
-        m_rig->desktop.microphone, m_rig->files, m_rig->queue, m_rig->desktop.systemLog, *m_rig->client,
-        *m_rig->player, [this] { return m_suite; }, [this] { return m_now; });
+        m_desktop->microphone, *m_files, *m_queue, m_desktop->systemLog, *m_client, *m_player,
+        [this] { return m_suite; }, [this] { return m_now; });
 }
 
 void tst_ShazamManager::cleanup()
 {
-    m_rig->queue.advance(1min);
-    m_rig->finish();
+    m_queue->advance(1min);
+    tearDown();
     m_shazam.reset();
-    m_rig.reset();
 }
 
 void tst_ShazamManager::cycles_data()
@@ -111,25 +109,25 @@ void tst_ShazamManager::cycles()
     QVERIFY(m_shazam->isListening() && !m_shazam->isProcessing());
     QCOMPARE(snippets(), QStringList{u"shazam_snippet_1700000000.m4a"_s});
     pass(4499ms);
-    QVERIFY(m_shazam->isListening() && m_rig->http.exchanges.empty());
-    const auto configured = m_rig->desktop.audioSession.configured;
+    QVERIFY(m_shazam->isListening() && m_http->exchanges.empty());
+    const auto configured = m_desktop->audioSession.configured;
     pass(1ms);
     QVERIFY(!m_shazam->isListening() && m_shazam->isProcessing());
-    auto exchange = m_rig->http.take();
+    auto exchange = m_http->take();
     QCOMPARE(exchange.request.url.path(), u"/api/shazam"_s);
-    QCOMPARE(exchange.request.body, m_rig->desktop.microphone.sound);
-    QCOMPARE(m_rig->desktop.audioSession.configured, configured);
+    QCOMPARE(exchange.request.body, m_desktop->microphone.sound);
+    QCOMPARE(m_desktop->audioSession.configured, configured);
     if (status == 0)
         exchange.fail(TransportError::Kind::TimedOut);
     else
         exchange.answer(body, status);
-    m_rig->settle();
+    settle();
     QVERIFY(!m_shazam->isListening() && !m_shazam->isProcessing());
     QTEST(m_shazam->recognizedTrack().value_or(ShazamData()).title.value_or(QString()), "title");
     QTEST(m_shazam->errorMessage().value_or(QString()), "error");
     QCOMPARE(snippets(), QStringList());
-    QCOMPARE(m_rig->desktop.audioSession.configured, configured + 1);
-    QCOMPARE(m_rig->desktop.microphone.running, 0);
+    QCOMPARE(m_desktop->audioSession.configured, configured + 1);
+    QCOMPARE(m_desktop->microphone.running, 0);
 
     listen(); // clears what came of the last one
     QVERIFY(!m_shazam->errorMessage() && !m_shazam->recognizedTrack());
@@ -137,72 +135,72 @@ void tst_ShazamManager::cycles()
 
 void tst_ShazamManager::onlyOneAtATime()
 {
-    m_rig->desktop.microphone.granted.reset();
+    m_desktop->microphone.granted.reset();
     m_shazam->startRecognition();
-    m_rig->desktop.microphone.answerPermission(true);
-    m_rig->settle();
+    m_desktop->microphone.answerPermission(true);
+    settle();
     m_shazam->startRecognition();
-    QCOMPARE(m_rig->desktop.microphone.asked(), std::size_t(0));
-    m_rig->home.remove(); // what was recorded cannot be read
+    QCOMPARE(m_desktop->microphone.asked(), std::size_t(0));
+    m_home->remove(); // what was recorded cannot be read
     pass(4500ms);
     QCOMPARE(m_shazam->errorMessage(), noMatchText);
-    QVERIFY(m_rig->http.exchanges.empty() && !m_shazam->isProcessing());
+    QVERIFY(m_http->exchanges.empty() && !m_shazam->isProcessing());
 
-    m_rig->home = QTemporaryDir();
-    qputenv("TMPDIR", m_rig->home.path().toUtf8());
+    m_home = std::make_unique<QTemporaryDir>();
+    qputenv("TMPDIR", m_home->path().toUtf8());
     m_shazam->startRecognition();
-    m_rig->desktop.microphone.answerPermission(true);
+    m_desktop->microphone.answerPermission(true);
     pass(4500ms);
     pass(4500ms);
     QVERIFY(m_shazam->isProcessing());
     m_shazam->startRecognition();
-    QCOMPARE(m_rig->desktop.microphone.asked(), std::size_t(0));
+    QCOMPARE(m_desktop->microphone.asked(), std::size_t(0));
 }
 
 /// Both find nobody listening. One snippet is sent, and no file stays.
 void tst_ShazamManager::twoQuickStarts(double later)
 {
-    m_rig->desktop.microphone.granted.reset();
+    m_desktop->microphone.granted.reset();
     m_shazam->startRecognition();
     m_shazam->startRecognition();
-    QCOMPARE(m_rig->desktop.microphone.asked(), std::size_t(2));
+    QCOMPARE(m_desktop->microphone.asked(), std::size_t(2));
     const QMetaObject::Connection moved =
         connect(m_shazam.get(), &ShazamManager::isListeningChanged, this, [this, later] { m_now += later; });
-    m_rig->desktop.microphone.answerPermission(true);
-    m_rig->settle();
-    const auto &paths = m_rig->desktop.microphone.paths;
+    m_desktop->microphone.answerPermission(true);
+    settle();
+    const auto &paths = m_desktop->microphone.paths;
     QCOMPARE(paths.size(), 2);
     QCOMPARE(paths[0] == paths[1], later == 0);
-    QCOMPARE(m_rig->desktop.microphone.running, 1);
+    QCOMPARE(m_desktop->microphone.running, 1);
     disconnect(moved);
     pass(4500ms);
-    QCOMPARE(m_rig->http.exchanges.size(), std::size_t(1));
-    m_rig->http.take().answer(songAnswer);
+    QCOMPARE(m_http->exchanges.size(), std::size_t(1));
+    m_http->take().answer(songAnswer);
     pass(10s);
-    QVERIFY(m_rig->http.exchanges.empty() && !m_shazam->isListening() && m_shazam->recognizedTrack());
+    QVERIFY(m_http->exchanges.empty() && !m_shazam->isListening() && m_shazam->recognizedTrack());
     QCOMPARE(snippets(), QStringList());
-    QCOMPARE(m_rig->desktop.microphone.running, 0);
+    QCOMPARE(m_desktop->microphone.running, 0);
 }
 
 void tst_ShazamManager::noPermission()
 {
     m_shazam->setRecognizedTrack(ShazamData());
-    m_rig->desktop.microphone.granted = false;
+    m_desktop->microphone.granted = false;
     const QSignalSpy listening(m_shazam.get(), &ShazamManager::isListeningChanged);
     listen();
     QCOMPARE(m_shazam->errorMessage(), deniedText);
-    QVERIFY(m_shazam->recognizedTrack() && listening.isEmpty() && m_rig->desktop.microphone.paths.isEmpty());
+    QVERIFY(m_shazam->recognizedTrack() && listening.isEmpty() && m_desktop->microphone.paths.isEmpty());
 }
 
 void tst_ShazamManager::noBeginning()
 {
-    m_rig->desktop.microphone.begins = false;
-    const auto configured = m_rig->desktop.audioSession.configured;
+    m_desktop->microphone.begins = false;
+    const auto configured = m_desktop->audioSession.configured;
     listen();
     QCOMPARE(m_shazam->errorMessage(), u"خطا در آغاز ضبط صدا"_s);
     QVERIFY(!m_shazam->isListening() && !m_shazam->isProcessing());
-    QCOMPARE(m_rig->desktop.audioSession.configured, configured + 1);
-    QCOMPARE(m_rig->queue.timerCount(), 0);
+    QCOMPARE(m_desktop->audioSession.configured, configured + 1);
+    QCOMPARE(m_queue->timerCount(), 0);
 }
 
 void tst_ShazamManager::endsWhileListening()
@@ -211,8 +209,8 @@ void tst_ShazamManager::endsWhileListening()
     m_shazam.reset();
     QCOMPARE(snippets(), QStringList());
     pass(10s);
-    QVERIFY(m_rig->http.exchanges.empty());
-    QCOMPARE(m_rig->desktop.microphone.running, 0);
+    QVERIFY(m_http->exchanges.empty());
+    QCOMPARE(m_desktop->microphone.running, 0);
 }
 
 void tst_ShazamManager::handOffs_data()
@@ -244,7 +242,7 @@ void tst_ShazamManager::handOffs()
     if (opens)
         lines << u"info checkPendingExternalRequest: opening shazam sheet"_s
               << u"info requestOpen called, autoStart=true"_s;
-    QCOMPARE(m_rig->desktop.systemLog.lines, lines);
+    QCOMPARE(m_desktop->systemLog.lines, lines);
 }
 
 void tst_ShazamManager::oneRequestOpensOnce()
@@ -258,10 +256,9 @@ void tst_ShazamManager::oneRequestOpensOnce()
     QVERIFY(m_shazam->openRequest() && !m_shazam->autoStartOnOpen());
 
     m_suite = nullptr;
-    m_rig->desktop.systemLog.lines.clear();
+    m_desktop->systemLog.lines.clear();
     m_shazam->checkPendingExternalRequest();
-    QCOMPARE(m_rig->desktop.systemLog.lines,
-             QStringList{u"error checkPendingExternalRequest: suite is nil"_s});
+    QCOMPARE(m_desktop->systemLog.lines, QStringList{u"error checkPendingExternalRequest: suite is nil"_s});
 }
 
 void tst_ShazamManager::suites_data()
@@ -278,22 +275,22 @@ void tst_ShazamManager::suites_data()
 void tst_ShazamManager::suites()
 {
     const auto [before, opens] = fetched<QByteArray, bool>("before", "opens");
-    qputenv("XDG_CONFIG_HOME", m_rig->home.path().toUtf8());
-    const QDir folder(m_rig->home.filePath(u"navorin"_s));
+    qputenv("XDG_CONFIG_HOME", m_home->path().toUtf8());
+    const QDir folder(m_home->filePath(u"navorin"_s));
     const auto path = folder.filePath(ShazamRequest::suite + u".conf"_s);
     QVERIFY(folder.mkpath(before == "/" ? path : folder.path()));
     if (!before.isEmpty() && before != "/") {
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly) && file.write(before) == before.size());
     }
-    const auto ours = SettingsUserDefaults::openSuite(m_rig->queue, ShazamRequest::suite);
+    const auto ours = SettingsUserDefaults::openSuite(*m_queue, ShazamRequest::suite);
     QCOMPARE(ours != nullptr, opens);
     m_suite = ours.get();
     m_now = double(QDateTime::currentSecsSinceEpoch());
     m_shazam->checkPendingExternalRequest();
     QVERIFY(!m_shazam->openRequest());
-    ShazamAppIntent::perform(SettingsUserDefaults::openSuite(m_rig->queue, ShazamRequest::suite).get());
-    ShazamOpenIntent::perform(SettingsUserDefaults::openSuite(m_rig->queue, ShazamRequest::suite).get());
+    ShazamAppIntent::perform(SettingsUserDefaults::openSuite(*m_queue, ShazamRequest::suite).get());
+    ShazamOpenIntent::perform(SettingsUserDefaults::openSuite(*m_queue, ShazamRequest::suite).get());
     m_shazam->checkPendingExternalRequest();
     QCOMPARE(m_shazam->openRequest(), opens);
 }
