@@ -1,5 +1,4 @@
 import QtQuick
-import Navorin
 
 // The shadow of a disc that fills this item.
 Item {

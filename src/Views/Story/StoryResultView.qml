@@ -23,7 +23,7 @@ Column {
         // By its address: what plays videos is loaded with the first of them, and not with the program.
         Loader {
             anchors.fill: parent
-            active: result.url.toString() !== ""
+            active: result.story.hasVideo
             source: "StoryPlayer.qml"
             onLoaded: {
                 item.story = result.story

@@ -44,6 +44,7 @@ class StoryView : public QObject
     Q_PROPERTY(QString percentText READ percentText NOTIFY renderChanged)
     Q_PROPERTY(QString errorText READ errorText NOTIFY renderChanged)
     Q_PROPERTY(QUrl videoURL READ videoURL NOTIFY videoChanged)
+    Q_PROPERTY(bool hasVideo READ hasVideo NOTIFY videoChanged)
     Q_PROPERTY(bool savedToLibrary READ savedToLibrary NOTIFY videoChanged)
 public:
     enum Content { LoadFailed, Loading, NotFound, Picker };
@@ -79,6 +80,7 @@ public:
     [[nodiscard]] QString errorText() const { return m_errorText; }
     /// Empty until there is one.
     [[nodiscard]] QUrl videoURL() const { return m_videoURL; }
+    [[nodiscard]] bool hasVideo() const { return !m_videoURL.isEmpty(); }
     [[nodiscard]] bool savedToLibrary() const { return m_savedToLibrary; }
 
     /// Fetches the lyrics, and forgets the video and the choice.

@@ -6,7 +6,7 @@ FocusScope {
 
     readonly property StoryViewState story: StoryViewState {}
     readonly property bool isWide: width >= 560
-    readonly property bool hasVideo: story.videoURL.toString() !== ""
+    readonly property bool hasVideo: story.hasVideo
     // Beside the video, where there is room.
     readonly property bool isBeside: isWide && hasVideo
     readonly property real margin: isWide ? 28 : 20
