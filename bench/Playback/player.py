@@ -8,7 +8,8 @@ Run by hand, on a machine that does nothing else:
 One private desktop session with a window manager, the demo backend on loopback, the same live stream for all:
 
     CPU           of one core, over --seconds: the full player, the radio tab, and the window minimised
-    frame times   what the render thread takes for a frame while the record turns, and while 2,000 cards scroll
+    frame times   what the render thread takes for a frame while the record turns, while 2,000 cards scroll, and while a
+                  story video is made
 
 Needs openbox and mpv (apt-get install openbox mpv), wanted for this alone, besides what the tests need.
 """
@@ -23,6 +24,7 @@ REPOSITORY = pathlib.Path(__file__).resolve().parents[2]
 sys.path.insert(0, str(REPOSITORY / "tests" / "EndToEnd"))
 
 from desktop import Desktop  # noqa: E402
+from screen import Screen  # noqa: E402
 
 FRAME = re.compile(r"frame rendered in (\d+)ms")
 
@@ -76,6 +78,23 @@ def frames(desktop, arguments, act, seconds):
     return taken
 
 
+def story_frames(desktop):
+    """The same while a story of the first six lines is made."""
+    folder = desktop.home / "story"
+    folder.mkdir()
+    app = desktop.start_app(QSG_RENDER_TIMING="1", TMPDIR=str(folder))
+    with Screen(desktop) as screen:
+        for name in ("غروب کویر", "پخش همه", "استوری هوشمند", "ساخت ویدیو"):
+            screen.click(name)
+    seen, begun = len(app.errors), time.monotonic()
+    while not ((folder / "story-final.mp4").exists() and not (folder / "story-silent.mp4").exists()):
+        time.sleep(0.1)
+    print(f"{'the story took':32} {time.monotonic() - begun:6.1f} s")
+    taken = sorted(int(match[1]) for line in app.errors[seen:] if (match := FRAME.search(line)))
+    app.end()
+    return taken
+
+
 def print_frames(name, taken):
     if not taken:
         print(f"{name:32} no frames")
@@ -89,7 +108,7 @@ def main():
     parser.add_argument("--build", type=pathlib.Path, default=REPOSITORY / "build" / "release")
     parser.add_argument("--seconds", type=float, default=20)
     options = parser.parse_args()
-    with Desktop(options.build.resolve() / "bin") as desktop:
+    with Desktop(options.build.resolve() / "bin", accessibility=True) as desktop:
         desktop.start("/usr/bin/openbox")
         desktop.start_backend("--stations", "2000")
         for name, percent in loads(desktop, options.seconds).items():
@@ -100,6 +119,7 @@ def main():
             desktop.run("xdotool", "mousemove", "400", "400", "click", "5")
             time.sleep(0.03)
         print_frames("2,000 cards scroll", frames(desktop, [], scroll, options.seconds))
+        print_frames("a story is made", story_frames(desktop))
 
 
 if __name__ == "__main__":

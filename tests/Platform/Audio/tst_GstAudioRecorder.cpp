@@ -62,15 +62,16 @@ void tst_GstAudioRecorder::records()
     const auto [source, seconds] = fetched<QByteArray, double>("source", "seconds");
     GstAudioRecorder recorder(m_queue, {.source = source, .patience = busyMachine});
     const auto permission = recorder.requestPermission();
-    QTRY_VERIFY(permission.isFinished());
+    QTRY_VERIFY_WITH_TIMEOUT(permission.isFinished(), 20000);
     QVERIFY(permission.result());
     const auto recording = begin(recorder, path());
     QVERIFY(recording);
     // Until all of it has been encoded: what is written then stands still.
     qint64 before = -1;
-    QTRY_VERIFY(std::exchange(before, QFileInfo(path()).size()) == QFileInfo(path()).size() && before > 1000);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        std::exchange(before, QFileInfo(path()).size()) == QFileInfo(path()).size() && before > 1000, 20000);
     const auto stopped = recording->stop();
-    QTRY_VERIFY(stopped.isFinished());
+    QTRY_VERIFY_WITH_TIMEOUT(stopped.isFinished(), 20000);
     const auto track = probedStreams(path()).at(0).toObject();
     QCOMPARE(track["codec_name"_L1], u"aac"_s);
     QCOMPARE(track["sample_rate"_L1], u"44100"_s);
@@ -106,7 +107,7 @@ void tst_GstAudioRecorder::replacesAFile()
     QVERIFY(recording);
     givenUp.reset();
     const auto stopped = recording->stop();
-    QTRY_VERIFY(stopped.isFinished());
+    QTRY_VERIFY_WITH_TIMEOUT(stopped.isFinished(), 20000);
     QCOMPARE(probedStreams(path()).size(), 1);
     QVERIFY(!begin(recorder, m_folder.filePath(u"no/folder.m4a"_s)));
 }

@@ -256,7 +256,7 @@ void tst_StoryVideoRenderer::reportsOnTheMainQueueOnly()
     auto config = sampleStory({});
     config.duration = 3;
     const auto future = rig.fake().render(config, rig.noting());
-    QTRY_COMPARE(rig.frames.load(), 72);
+    QTRY_COMPARE_WITH_TIMEOUT(rig.frames.load(), 72, 60000);
     QVERIFY(rig.progress.isEmpty());
     QVERIFY(!future.isFinished());
     QCOMPARE(rig.outcome(future), silent);
@@ -286,14 +286,14 @@ void tst_StoryVideoRenderer::stops()
     std::stop_source stop;
     auto &renderer = rig.fake();
     auto future = renderer.render(config, rig.noting(), stop.get_token());
-    QTRY_VERIFY(rig.frames > 5);
+    QTRY_VERIFY_WITH_TIMEOUT(rig.frames > 5, 60000);
     stop.request_stop();
     QVERIFY(rig.outcome(future).startsWith(u"-4"));
     QVERIFY(rig.frames < 1440 && !rig.has(silent));
 
     rig.frames = 0;
     auto last = renderer.render(config, rig.noting());
-    QTRY_VERIFY(rig.frames > 5);
+    QTRY_VERIFY_WITH_TIMEOUT(rig.frames > 5, 60000);
     rig.renderer.reset(); // the program ends
     QVERIFY(rig.outcome(last).startsWith(u"-4"));
 }
