@@ -27,7 +27,7 @@ DemoBackendProcess::~DemoBackendProcess()
 std::optional<QUrl> DemoBackendProcess::start()
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    const auto program = QCoreApplication::applicationDirPath() + u"/navorin-demo-backend"_s;
+    const QString program = QCoreApplication::applicationDirPath() + u"/navorin-demo-backend"_s;
     m_process.start(program, {u"--port"_s, u"0"_s, u"--parent-watch"_s});
     while (!m_process.canReadLine()) {
         if (!m_process.waitForReadyRead(startTimeoutMs)) {
