@@ -49,7 +49,11 @@ class Screen:
         self.desktop.click(x + width // 2, y + height // 2)
 
     def gone(self, name, seconds=20):
-        wait_until(lambda: not self.find(name), seconds, f"{name!r} to go")
+        """Missed by two looks: one may have passed it by while the window changed."""
+        def missed():
+            seen = self.all()
+            return seen and all(node["name"] != name for node in seen)
+        wait_until(lambda: missed() and missed(), seconds, f"{name!r} to go")
 
     def fill(self, field, text, role="text"):
         self.click(field, role)
@@ -90,27 +94,45 @@ class Screen:
         return place
 
 
+LOOKS = 4  # at a window that changes while it is looked at; the last one counts
 STATES = ("FOCUSED", "FOCUSABLE", "SELECTED", "CHECKED", "ENABLED")
 
 
 def read(atspi, glib, node, found, around=None):
-    """`around`: the name of the list that it stands in."""
+    """`around`: the name of the list that it stands in. Returns whether all of it stayed where it was meanwhile."""
     try:
         states = node.get_state_set()
         if not states.contains(atspi.StateType.VISIBLE):
-            return
+            return True
         box = node.get_component_iface()
         place = box.get_extents(atspi.CoordType.SCREEN) if box else None
         role, name = node.get_role_name(), node.get_name()
         found.append({"role": role, "name": name, "list": around, "description": node.get_description(),
                       "states": [name.lower() for name in STATES if states.contains(getattr(atspi.StateType, name))],
                       "place": [place.x, place.y, place.width, place.height] if place else [0, 0, 0, 0]})
-        for index in range(node.get_child_count()):
+        count, stayed = node.get_child_count(), True
+        for index in range(count):
             child = node.get_child_at_index(index)
-            if child:
-                read(atspi, glib, child, found, name if role == "list" else around)
+            if not child or not read(atspi, glib, child, found, name if role == "list" else around):
+                stayed = False
+        return stayed and node.get_child_count() == count
     except glib.Error:
-        pass  # it went while it was being read
+        return False  # it went while it was being read
+
+
+def look(atspi, glib):
+    """What stands in the program's window, and whether that stayed as it was while it was being read."""
+    found, stayed = [], True
+    context = glib.MainContext.default()
+    while context.pending():
+        context.iteration(False)  # what came and went since the last look
+    desktop = atspi.get_desktop(0)
+    desktop.clear_cache()
+    for index in range(desktop.get_child_count()):
+        program = desktop.get_child_at_index(index)
+        if program and program.get_name() == os.environ.get("SCREEN_OF", "navorin"):
+            stayed = read(atspi, glib, program, found) and stayed
+    return found, stayed
 
 
 def main():
@@ -118,17 +140,11 @@ def main():
     gi.require_version("Atspi", "2.0")
     from gi.repository import Atspi, GLib
     Atspi.set_timeout(3000, 5000)
-    context = GLib.MainContext.default()
     for _ in sys.stdin:
-        found = []
-        while context.pending():
-            context.iteration(False)  # what came and went since the last look
-        desktop = Atspi.get_desktop(0)
-        desktop.clear_cache()
-        for index in range(desktop.get_child_count()):
-            program = desktop.get_child_at_index(index)
-            if program and program.get_name() == os.environ.get("SCREEN_OF", "navorin"):
-                read(Atspi, GLib, program, found)
+        for _ in range(LOOKS):
+            found, stayed = look(Atspi, GLib)
+            if stayed:
+                break
         print(json.dumps(found), flush=True)
 
 
