@@ -70,7 +70,7 @@ SheetPage {
             radius: 48
             gradient: Gradient {
                 GradientStop { position: 0; color: Theme.accent }
-                GradientStop { position: 1; color: Qt.rgba(0.63, 0.38, 0.96, 1) }
+                GradientStop { position: 1; color: Theme.violet }
             }
 
             NText {

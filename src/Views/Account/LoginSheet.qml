@@ -34,7 +34,7 @@ SheetPage {
         implicitHeight: Theme.grown(52, 24)
         isColored: true
         leadingColor: Qt.rgba(0.39, 0.4, 0.95, 1)
-        trailingColor: Qt.rgba(0.63, 0.38, 0.96, 1)
+        trailingColor: Theme.violet
         isWaiting: sheet.login.isSubmitting
         enabled: isComplete && !isWaiting
         opacity: isComplete ? 1 : 0.55

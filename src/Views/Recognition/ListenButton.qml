@@ -8,7 +8,6 @@ FocusScope {
     required property bool isListening
     required property bool isProcessing
     readonly property bool isBusy: isListening || isProcessing
-    readonly property color violet: Qt.rgba(0.63, 0.38, 0.96, 1)
 
     signal clicked
 
@@ -88,7 +87,7 @@ FocusScope {
             antialiasing: true
             gradient: Gradient {
                 GradientStop { position: 0; color: area.isBusy ? Qt.rgba(0.56, 0.56, 0.58, 0.5) : Theme.accent }
-                GradientStop { position: 1; color: area.isBusy ? Qt.rgba(0.56, 0.56, 0.58, 0.35) : area.violet }
+                GradientStop { position: 1; color: area.isBusy ? Qt.rgba(0.56, 0.56, 0.58, 0.35) : Theme.violet }
             }
         }
         Icon {

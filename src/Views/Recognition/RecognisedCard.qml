@@ -6,7 +6,6 @@ Rectangle {
     id: card
 
     required property ShazamViewState shazam
-    readonly property color violet: Qt.rgba(0.63, 0.38, 0.96, 1)
 
     implicitHeight: play.y + play.height + 16
     radius: 22
@@ -67,7 +66,7 @@ Rectangle {
         }
     }
     ShaderEffect {
-        readonly property color tone: card.violet
+        readonly property color tone: Theme.violet
         readonly property real strength: 0.4
 
         anchors.centerIn: play
@@ -85,7 +84,7 @@ Rectangle {
         text: "پخش در رادیو"
         symbol: "play.fill"
         isColored: true
-        leadingColor: card.violet
+        leadingColor: Theme.violet
         onClicked: card.shazam.play()
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick
+import Navorin
 
 // A system symbol by its name, sharp at any scale of the screen.
 Image {
@@ -12,6 +13,6 @@ Image {
     height: size
     sourceSize.width: size
     sourceSize.height: size
-    source: symbol === "" ? "" : "image://symbol/" + symbol + "?" + color
+    source: ThemeFunctions.symbolAddress(symbol, color)
     smooth: true
 }

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QSvgRenderer>
 
+using namespace Qt::StringLiterals;
+
 namespace navorin {
 
 namespace {
@@ -24,6 +26,14 @@ QImage tinted(QImage image, const QColor &color)
 SymbolProvider::SymbolProvider()
     : QQuickImageProvider(Image)
 {
+}
+
+QUrl SymbolProvider::addressOf(const QString &symbol, const QColor &color)
+{
+    if (symbol.isEmpty())
+        return {};
+    const auto format = color.alpha() < 255 ? QColor::HexArgb : QColor::HexRgb;
+    return QUrl(u"image://symbol/%1?%2"_s.arg(symbol, color.name(format)));
 }
 
 QImage SymbolProvider::requestImage(const QString &id, QSize *size, const QSize &requestedSize)

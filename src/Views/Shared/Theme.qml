@@ -16,6 +16,8 @@ QtObject {
     readonly property color accent: ThemeFunctions.accent
     // White text on it keeps a contrast of 5:1, which the accent itself misses.
     readonly property color selected: Qt.darker(accent, 1 / 0.93)
+    // Where a fill that begins with the accent ends.
+    readonly property color violet: Qt.rgba(0.63, 0.38, 0.96, 1)
     readonly property color background: ThemeFunctions.background
     readonly property color sheet: "#17171b"
     readonly property color live: "#ff6b6b"

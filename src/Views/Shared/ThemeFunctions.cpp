@@ -2,6 +2,7 @@
 
 #include "Services/Playback/PlaybackDecisions.h"
 #include "Views/Shared/SpringCurve.h"
+#include "Views/Shared/SymbolProvider.h"
 #include "Views/Shared/ThemeTones.h"
 
 namespace navorin {
@@ -34,6 +35,11 @@ double ThemeFunctions::veil(const QColor &color)
 QColor ThemeFunctions::blend(const QColor &under, const QColor &over, double alpha)
 {
     return blended(under, over, alpha);
+}
+
+QUrl ThemeFunctions::symbolAddress(const QString &symbol, const QColor &color)
+{
+    return SymbolProvider::addressOf(symbol, color);
 }
 
 int ThemeFunctions::springDuration(double response, double damping)

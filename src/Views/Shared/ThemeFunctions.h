@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QObject>
+#include <QUrl>
 #include <QVariantList>
 #include <QtQml/qqmlregistration.h>
 
@@ -26,6 +27,9 @@ public:
     Q_INVOKABLE static double veil(const QColor &color);
     /// `over` on `under`, opaque.
     Q_INVOKABLE static QColor blend(const QColor &under, const QColor &over, double alpha);
+
+    /// A system symbol's image in this colour, empty without a symbol.
+    Q_INVOKABLE static QUrl symbolAddress(const QString &symbol, const QColor &color);
 
     Q_INVOKABLE static int springDuration(double response, double damping);
     Q_INVOKABLE static QVariantList springCurve(double response, double damping);
