@@ -14,7 +14,7 @@ namespace navorin::demo {
 
 namespace {
 
-constexpr std::size_t mostSamples = 20 * 44'100;
+constexpr std::size_t mostSamples = std::size_t{20} * 44'100;
 constexpr GstClockTime step = 100 * GST_MSECOND;
 constexpr int mostEmptySteps = 50;
 
