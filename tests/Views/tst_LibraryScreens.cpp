@@ -91,6 +91,7 @@ void tst_LibraryScreens::aPlaylistByKeyboard()
     while (focused() != u"عنوان 1"_s)
         key(Qt::Key_Tab);
     key(Qt::Key_Down);
+    QTRY_COMPARE(focused(), u"عنوان 2"_s);
     key(Qt::Key_F2);
     QTRY_VERIFY(labelled(u"ویرایش آهنگ"_s));
     QTRY_COMPARE(focused(), u"عنوان 2"_s);
