@@ -5,7 +5,7 @@
 #include <memory>
 #include <thread>
 
-typedef struct _GCancellable GCancellable;
+typedef struct _GCancellable GCancellable; // NOLINT(bugprone-reserved-identifier): GLib's own declaration
 
 namespace navorin {
 

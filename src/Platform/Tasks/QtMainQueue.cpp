@@ -20,7 +20,7 @@ public:
         m_timer.setSingleShot(once);
         // The copy keeps the work alive while it runs, should it destroy this timer.
         QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [work = m_work] {
-            const auto running = work;
+            const auto running = work; // NOLINT(performance-unnecessary-copy-initialization)
             (*running)();
         });
         m_timer.start(interval);
