@@ -132,7 +132,7 @@ std::optional<ReceivedArtwork> receivedArtwork(const QByteArray &bytes)
     const auto image = decoded(bytes, reader);
     if (image.isNull())
         return {};
-    return ReceivedArtwork{std::make_shared<EncodedPicture>(bytes, format, image.size()),
+    return ReceivedArtwork{std::make_shared<EncodedPicture>(EncodedPicture{bytes, format, image.size()}),
                            vibrantColor(image)};
 }
 

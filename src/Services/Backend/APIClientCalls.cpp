@@ -71,7 +71,7 @@ ShazamData recognised(const QFuture<HttpResponse> &answer)
 QUrl botAddress(const QFuture<TelegramTokenEnvelope> &answer)
 {
     const auto data = answer.result().data.value_or(TelegramTokenData());
-    const QUrl address(data.botURL.value_or(QString()), QUrl::StrictMode);
+    QUrl address(data.botURL.value_or(QString()), QUrl::StrictMode);
     if (!address.isValid())
         throw APIError::decoding();
     return address;

@@ -202,7 +202,7 @@ template <class Lanes>
 void filterStaggered(Biquad *sections, float *samples, size_t channels, size_t stride, size_t count)
 {
     using Cascade = StaggeredCascade<Lanes>;
-    for (; channels >= 2; channels -= 2, sections += 2 * sectionCount, samples += 2) {
+    for (; channels >= 2; channels -= 2, sections += size_t{2} * sectionCount, samples += 2) {
         Cascade left(sections), right(sections + sectionCount);
         filterBlock(samples, stride, count, left, right);
         left.saveMemory(sections);

@@ -242,14 +242,17 @@ void OfflineStore::inBackground(std::function<void()> work)
 {
     {
         const QMutexLocker locker(&m_workLock);
-        m_work.enqueue(std::move(work));
+        m_work.append(std::move(work));
     }
-    m_pool.start([this] {
-        QMutexLocker locker(&m_workLock);
-        const auto work = m_work.dequeue();
-        locker.unlock();
-        work();
-    });
+    m_pool.start([this] { doOldestWork(); });
+}
+
+void OfflineStore::doOldestWork()
+{
+    QMutexLocker locker(&m_workLock);
+    const auto work = m_work.dequeue();
+    locker.unlock();
+    work();
 }
 
 void OfflineStore::postToSelf(std::function<void()> work)

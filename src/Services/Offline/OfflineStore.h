@@ -119,6 +119,7 @@ private:
     void persistIndex();
     void save(QList<OfflineTrackEntry> entries, quint64 number);
     void inBackground(std::function<void()> work);
+    void doOldestWork();
     /// Runs `work` on the UI thread, later, if the store still lives then. Any thread.
     void postToSelf(std::function<void()> work);
     void publishEntries();

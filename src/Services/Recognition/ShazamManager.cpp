@@ -218,7 +218,7 @@ void ShazamManager::discardSnippet()
 QString ShazamManager::newSnippetPath()
 {
     const auto seconds = QString::number(qint64(m_surroundings.now()));
-    const QString path = QDir::tempPath() + u"/shazam_snippet_"_s + seconds + u".m4a"_s;
+    QString path = QDir::tempPath() + u"/shazam_snippet_"_s + seconds + u".m4a"_s;
     m_files.insert(path);
     return path;
 }

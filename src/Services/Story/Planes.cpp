@@ -155,7 +155,7 @@ void PlanarOverlay::drawOn(const PlanarCanvas &canvas, double strength) const
 {
     const int share = int(std::lround(256 * std::clamp(strength, 0.0, 1.0)));
     for (int y = 0; y < m_luma.height; ++y) {
-        auto *target = canvas.luma + (m_area.y() + y) * canvas.width + m_area.x();
+        auto *target = canvas.lumaRow(m_area.y() + y) + m_area.x();
         overlayRow(target, m_luma.row(y), m_alpha.row(y), std::size_t(m_luma.width), share);
     }
     for (int y = 0; y < m_blue.height; ++y) {

@@ -52,6 +52,8 @@ struct PlanarCanvas
     std::uint8_t *blue;
     std::uint8_t *red;
     int width; ///< even
+
+    [[nodiscard]] std::uint8_t *lumaRow(int y) const { return luma + std::ptrdiff_t(y) * width; }
 };
 
 /// A picture with transparency at a place of a canvas, cut down to what can be seen of it.

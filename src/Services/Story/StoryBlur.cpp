@@ -88,6 +88,7 @@ std::vector<float> halfBell(double sigma, int reach)
         total += i == 0 ? weights.back() : 2 * weights.back();
     }
     std::vector<float> bell;
+    bell.reserve(weights.size());
     for (const auto weight : weights)
         bell.push_back(float(weight / total));
     return bell;

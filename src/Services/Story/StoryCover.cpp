@@ -115,8 +115,7 @@ void StoryCover::sample(const Plane &plane, Tap row, const Columns &columns, std
 void StoryCover::drawPlainRows(const PlanarCanvas &canvas, int y)
 {
     for (int row = y; row < y + 2; ++row)
-        sample(m_picture.luma, rowTap(row, 1, m_picture.luma.height), m_columns,
-               canvas.luma + row * canvas.width);
+        sample(m_picture.luma, rowTap(row, 1, m_picture.luma.height), m_columns, canvas.lumaRow(row));
     const auto half = rowTap(y / 2, 2, m_picture.blue.height);
     const int offset = y / 2 * (canvas.width / 2);
     sample(m_picture.blue, half, m_halfColumns, canvas.blue + offset);
@@ -163,7 +162,7 @@ void StoryCover::drawEdgeRows(const PlanarCanvas &canvas, int y)
         auto &coverage = m_coverage[std::size_t(i)];
         measure(coverage, y + i);
         sample(m_picture.luma, rowTap(y + i, 1, m_picture.luma.height), m_columns, m_sampled.data());
-        mixRow(canvas.luma + (y + i) * canvas.width, coverage);
+        mixRow(canvas.lumaRow(y + i), coverage);
     }
     const auto half = rowTap(y / 2, 2, m_picture.blue.height);
     const int offset = y / 2 * (canvas.width / 2);
@@ -196,7 +195,8 @@ void StoryCover::mixRow(std::uint8_t *target, const Coverage &coverage) const
 
 void StoryCover::mixHalfRow(std::uint8_t *target) const
 {
-    const auto &[upper, lower] = m_coverage;
+    const auto &upper = m_coverage[0];
+    const auto &lower = m_coverage[1];
     const auto mean = [](const auto &above, const auto &below, std::size_t x) {
         return (above[2 * x] + above[2 * x + 1] + below[2 * x] + below[2 * x + 1] + 2) / 4;
     };

@@ -139,7 +139,7 @@ void StoryPainter::drawFrame(const PlanarCanvas &canvas, double t)
 void StoryPainter::drawStill(const PlanarCanvas &canvas, int y, int glow) const
 {
     const int width = canvas.width;
-    const int half = width / 2;
+    const std::ptrdiff_t halfRow = std::ptrdiff_t(y / 2) * (width / 2);
     const bool glows = y + 2 > storyGlowBox.top() && y < storyGlowBox.bottom();
     const auto draw = [=](std::uint8_t *target, const Plane &dark, const Plane &glowing, int row, int count) {
         if (glows)
@@ -148,9 +148,9 @@ void StoryPainter::drawStill(const PlanarCanvas &canvas, int y, int glow) const
             std::memcpy(target, dark.row(row), std::size_t(count));
     };
     // Two rows lie one behind the other.
-    draw(canvas.luma + y * width, m_dark.luma, m_glowing.luma, y, 2 * width);
-    draw(canvas.blue + y / 2 * half, m_dark.blue, m_glowing.blue, y / 2, half);
-    draw(canvas.red + y / 2 * half, m_dark.red, m_glowing.red, y / 2, half);
+    draw(canvas.lumaRow(y), m_dark.luma, m_glowing.luma, y, 2 * width);
+    draw(canvas.blue + halfRow, m_dark.blue, m_glowing.blue, y / 2, width / 2);
+    draw(canvas.red + halfRow, m_dark.red, m_glowing.red, y / 2, width / 2);
 }
 
 void StoryPainter::drawText(const PlanarCanvas &canvas, double t)

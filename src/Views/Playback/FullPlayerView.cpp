@@ -34,7 +34,7 @@ QCoro::Task<void> openLink(QPointer<Screen> screen, QFuture<QUrl> link, UrlOpene
 template <typename Screen, typename Done>
 QCoro::Task<void> toggleFavorite(QPointer<Screen> screen, AuthStore &auth, Station station, Done done)
 {
-    co_await auth.toggleFavorite(std::move(station));
+    co_await auth.toggleFavorite(station);
     if (screen)
         done();
 }

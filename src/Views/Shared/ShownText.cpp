@@ -9,7 +9,7 @@ namespace navorin {
 namespace {
 
 constexpr int maxCharacters = 300;
-constexpr qsizetype maxUnits = 4 * maxCharacters; // bounds a character of endless combining marks
+constexpr qsizetype maxUnits = qsizetype{4} * maxCharacters; // bounds a character of endless combining marks
 
 bool breaksLine(QChar c)
 {
