@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <atomic>
+#include <mutex>
 
 using namespace navorin;
 using namespace Qt::Literals::StringLiterals;
@@ -38,19 +39,34 @@ public:
     {
         if (QThread::currentThread() == qApp->thread())
             wroteOnUiThread = true;
-        if (failure && path.endsWith(failingSuffix))
+        if (const auto failure = failureOf(path))
             return {failure};
         return m_real.writeAtomically(path, data);
     }
     bool move(const QString &from, const QString &to) override { return m_real.move(from, to); }
     bool remove(const QString &path) override { return m_real.remove(path); }
 
-    std::optional<FileResult::Failure> failure;
-    QString failingSuffix;
+    /// From now on for files of this kind; the index of the download before may still be on its way.
+    void fail(const QString &suffix, std::optional<FileResult::Failure> failure)
+    {
+        const std::scoped_lock locker(m_lock);
+        m_failingSuffix = suffix;
+        m_failure = failure;
+    }
+
     std::atomic_bool wroteOnUiThread = false;
 
 private:
+    std::optional<FileResult::Failure> failureOf(const QString &path)
+    {
+        const std::scoped_lock locker(m_lock);
+        return path.endsWith(m_failingSuffix) ? m_failure : std::nullopt;
+    }
+
     QtFileStore m_real;
+    std::mutex m_lock; ///< guards what follows
+    std::optional<FileResult::Failure> m_failure;
+    QString m_failingSuffix;
 };
 
 PlaylistTrack trackOf(const QString &id)
@@ -209,9 +225,8 @@ void tst_OfflineDownloads::tellsWhatWentWrong()
         {[](const Stream &stream) { stream.answer("x"_ba); }, Failure::NoFolder,
          u"پوشه دانلودها پیدا نشد."_s},
     };
-    m_files->failingSuffix = u".mp3"_s;
     for (const auto &[happen, failure, text] : rows) {
-        m_files->failure = failure;
+        m_files->fail(u".mp3"_s, failure);
         const auto stream = started(trackOf(u"1"_s));
         QVERIFY(!m_store->lastError());
         happen(stream);
@@ -264,10 +279,9 @@ void tst_OfflineDownloads::artwork()
         {u"/a.png"_s, {}, false, false},
         {u"https://elsewhere.test/a.png"_s, picture(), true, false},
     };
-    m_files->failingSuffix = u".art"_s;
     for (int i = 0; const auto &row : rows) {
-        m_files->failure =
-            row.isKept && !row.isWritten ? std::optional(FileResult::Failure::NoSpace) : std::nullopt;
+        const bool isFull = row.isKept && !row.isWritten;
+        m_files->fail(u".art"_s, isFull ? std::optional(FileResult::Failure::NoSpace) : std::nullopt);
         auto track = trackOf(QString::number(++i));
         track.artworkURL = row.address;
         started(track).answer("audio"_ba);
