@@ -101,8 +101,8 @@ void TestDemoBackend::deferredListsComeOnDemand()
 
 void TestDemoBackend::programmesAndRotationsMove()
 {
-    start(20); // 3 s for a song: a look at a sanitized backend takes a second, which may keep step with a
-               // faster turn
+    // 3 s for a song: a look at a sanitized backend takes a second, and may keep step with a faster turn.
+    start(20);
     constexpr int patience = 60'000;
     const QString title = station(u"persian"_s)["title"_L1].toString();
     const int index = station(u"kavir"_s)["track_index"_L1].toInt();
