@@ -21,11 +21,13 @@
 #include "Support/TestAccess.h"
 #include "Views/ViewSetup.h"
 
+#include <QPointer>
 #include <QQmlApplicationEngine>
 #include <QQuickItem>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTest>
 #include <QThreadPool>
 
@@ -149,9 +151,27 @@ protected:
     {
         return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
     }
-    void click(const QQuickItem *item) const
+    /// Clicks once `item` stands still: what was made a moment ago is not laid out yet, and a sheet slides.
+    void click(QQuickItem *item) const
     {
-        QTest::mouseClick(m_window, Qt::LeftButton, {}, middleOf(item));
+        QVERIFY(item);
+        const QPointer<QQuickItem> kept(item);
+        QPoint last(-1, -1);
+        const auto standsStill = [&] {
+            if (!kept)
+                return true;
+            showNextFrame();
+            return kept && middleOf(kept) == std::exchange(last, middleOf(kept));
+        };
+        QVERIFY(QTest::qWaitFor(standsStill, 20'000));
+        QVERIFY2(kept, "went away before it was clicked");
+        QTest::mouseClick(m_window, Qt::LeftButton, {}, last);
+    }
+    void showNextFrame() const
+    {
+        QSignalSpy frame(m_window, &QQuickWindow::frameSwapped);
+        m_window->update();
+        QVERIFY(frame.wait());
     }
     void key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const
     {

@@ -148,7 +148,7 @@ void tst_Screens::aTapPlaysAndTheMiniPlayerComes()
     m_player->calls.clear();
     reachPlaying();
     QTRY_COMPARE(items("EqualizerBars"_ba).size(), 1);
-    const auto *toggle = named("ScaleButtonStyle"_ba, u"توقف"_s);
+    auto *toggle = named("ScaleButtonStyle"_ba, u"توقف"_s);
     QTRY_VERIFY(middleOf(toggle).y() < m_window->height() - 50); // it slides in
     click(toggle);
     QCOMPARE(m_player->takeCalls(), QStringList({u"pause"_s}));
