@@ -151,7 +151,18 @@ protected:
     {
         return item->mapToScene(QPointF(item->width() / 2, item->height() / 2)).toPoint();
     }
-    /// Clicks once `item` stands still: what was made a moment ago is not laid out yet, and a sheet slides.
+    /// Whether neither the window nor what scrolls cuts the middle of `item` away.
+    [[nodiscard]] bool isInSight(const QQuickItem *item) const
+    {
+        const QPointF middle = middleOf(item);
+        for (auto *around = item->parentItem(); around; around = around->parentItem()) {
+            if (around->clip() && !around->contains(around->mapFromScene(middle)))
+                return false;
+        }
+        return m_window->contentItem()->contains(middle);
+    }
+    /// Clicks once `item` is in sight and stands still: what was made a moment ago is not laid out yet, and
+    /// a sheet slides, so slowly at first that it seems to rest.
     void click(QQuickItem *item) const
     {
         QVERIFY(item);
@@ -161,7 +172,7 @@ protected:
             if (!kept)
                 return true;
             showNextFrame();
-            return kept && middleOf(kept) == std::exchange(last, middleOf(kept));
+            return kept && middleOf(kept) == std::exchange(last, middleOf(kept)) && isInSight(kept);
         };
         QVERIFY(QTest::qWaitFor(standsStill, 20'000));
         QVERIFY2(kept, "went away before it was clicked");

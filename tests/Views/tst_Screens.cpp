@@ -149,7 +149,6 @@ void tst_Screens::aTapPlaysAndTheMiniPlayerComes()
     reachPlaying();
     QTRY_COMPARE(items("EqualizerBars"_ba).size(), 1);
     auto *toggle = named("ScaleButtonStyle"_ba, u"توقف"_s);
-    QTRY_VERIFY(middleOf(toggle).y() < m_window->height() - 50); // it slides in
     click(toggle);
     QCOMPARE(m_player->takeCalls(), QStringList({u"pause"_s}));
 }
@@ -331,7 +330,6 @@ void tst_Screens::aRequestFromOutsideOpensOneSheet()
     }
     shazam.setRecognizedTrack(ShazamData{.title = u"باران"_s, .streamURL = u"/song"_s});
     QTRY_VERIFY(button(u"پخش در رادیو"_s));
-    QTRY_VERIFY(middleOf(button(u"پخش در رادیو"_s)).y() < m_window->height() - 24);
     click(button(u"پخش در رادیو"_s));
     QTRY_VERIFY(m_player->calls.contains(u"replace http://127.0.0.1:9/song"_s));
     QTRY_VERIFY(items("ListenButton"_ba).isEmpty() && RadioPlayer::shared().isFullPlayerPresented());
