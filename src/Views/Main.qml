@@ -46,8 +46,14 @@ ApplicationWindow {
         visible: !cover.isOpaque
         enabled: !shell.isFullPlayerPresented
 
+        // What a screen reader says first and Tab reaches first is what comes first here.
+        Item {
+            id: beforeContent
+            anchors.fill: parent
+        }
         TabStrip {
             id: tabs
+            parent: window.isNarrow ? afterContent : beforeContent
             isRail: !window.isNarrow
             isWide: window.isWide
             x: isRail ? parent.width - width : 0
@@ -64,6 +70,10 @@ ApplicationWindow {
             width: parent.width - (tabs.isRail ? tabs.width : 0)
             height: parent.height - (tabs.isRail ? 0 : tabs.height)
             focus: true
+        }
+        Item {
+            id: afterContent
+            anchors.fill: parent
         }
     }
     Loader {

@@ -30,6 +30,7 @@ private Q_SLOTS:
     void focusComesBack_data();
     void focusComesBack();
     void menusWithinASheet();
+    void tabsAreReadWhereTheyStand();
     void textsFit_data();
     void textsFit();
     void nothingMovesIfUnwanted();
@@ -37,6 +38,7 @@ private Q_SLOTS:
 private:
     void openPlayer();
     [[nodiscard]] QStringList dialogs() const;
+    [[nodiscard]] QStringList readingOrder() const;
     void close(Closing closing);
     [[nodiscard]] QStringList moving() const;
     [[nodiscard]] QStringList cutTexts() const;
@@ -163,6 +165,35 @@ void tst_Accessibility::menusWithinASheet()
         QTRY_COMPARE(m_window->activeFocusItem(), opener);
         QCOMPARE(dialogs(), QStringList(u"اکولایزر"_s)); // Escape closed the menu alone
     }
+}
+
+/// The names below the window, as a screen reader goes through them.
+QStringList tst_Accessibility::readingOrder() const
+{
+    QStringList names;
+    const auto read = [&names](const auto &again, const QAccessibleInterface *from) -> void {
+        names << from->text(QAccessible::Name);
+        for (int i = 0; i < from->childCount(); ++i)
+            again(again, from->child(i));
+    };
+    read(read, QAccessible::queryAccessibleInterface(m_window));
+    return names;
+}
+
+void tst_Accessibility::tabsAreReadWhereTheyStand()
+{
+    const auto tabsComeFirst = [this] {
+        const auto names = readingOrder();
+        return names.indexOf(u"کتابخانه"_s) < names.indexOf(u"ایستگاه"_s);
+    };
+    QVERIFY(readingOrder().contains(u"کتابخانه"_s) && tabsComeFirst());
+    button(u"کتابخانه"_s)->forceActiveFocus(Qt::TabFocusReason);
+    m_window->resize(420, 800);
+    QTRY_VERIFY(!tabsComeFirst());
+    QCOMPARE(focused(), u"کتابخانه"_s);
+    m_window->resize(1000, 700);
+    QTRY_VERIFY(tabsComeFirst());
+    QCOMPARE(focused(), u"کتابخانه"_s);
 }
 
 /// Texts that are higher than their own place or reach beyond the button or field they stand in.
