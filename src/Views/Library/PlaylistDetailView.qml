@@ -142,9 +142,7 @@ ScreenPage {
             // Then it stays there when what stands above the tracks changes its height.
             property bool isAtTop: true
 
-            x: page.margin
-            width: parent.width - 2 * x
-            height: parent.height
+            anchors.fill: parent
             model: page.playlist.tracks
             spacing: 6
             reuseItems: true
@@ -183,7 +181,9 @@ ScreenPage {
 
                 // Rows come one after the other, so that none of them holds up a frame.
                 Loader {
-                    anchors.fill: parent
+                    x: page.margin
+                    width: list.width - 2 * x
+                    height: parent.height
                     focus: true
                     asynchronous: true
                     onLoaded: item.focus = true

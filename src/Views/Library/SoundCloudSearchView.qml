@@ -33,9 +33,7 @@ ScreenPage {
         ListView {
             id: list
 
-            x: page.margin
-            width: parent.width - 2 * x
-            height: parent.height
+            anchors.fill: parent
             visible: count > 0 && !page.soundCloud.isLoading
             model: page.soundCloud.results
             spacing: 6
@@ -65,7 +63,9 @@ ScreenPage {
                 ListView.onReused: visible = true
 
                 StationRow {
-                    anchors.fill: parent
+                    x: page.margin
+                    width: list.width - 2 * x
+                    height: parent.height
                     focus: true
                     title: cell.title
                     line: cell.line

@@ -42,9 +42,7 @@ ScreenPage {
         // What comes above the first row is seen by whoever looks at the beginning.
         property bool restsAtTop: true
 
-        x: screen.margin
-        width: parent.width - 2 * x
-        height: parent.height
+        anchors.fill: parent
         visible: !screen.library.isEmpty
         model: screen.library.entries
         spacing: 6
@@ -66,7 +64,8 @@ ScreenPage {
             bottomPadding: 12
 
             NText {
-                width: parent.width
+                x: screen.margin
+                width: list.width - 2 * x
                 text: screen.library.summary
                 role: Theme.caption
                 color: Theme.white(0.6)
@@ -79,7 +78,8 @@ ScreenPage {
                 OfflineDownloadRow {
                     required property string key
 
-                    width: list.width
+                    x: screen.margin
+                    width: list.width - 2 * x
                     onCancelRequested: screen.library.cancel(key)
                 }
             }
@@ -101,7 +101,9 @@ ScreenPage {
             height: Theme.trackHeight
 
             OfflineEntryRow {
-                anchors.fill: parent
+                x: screen.margin
+                width: list.width - 2 * x
+                height: parent.height
                 focus: true
                 number: cell.index + 1
                 title: cell.title

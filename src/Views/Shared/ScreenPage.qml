@@ -5,7 +5,10 @@ import Navorin
 FocusScope {
     id: page
 
-    required property real margin
+    // The least that is left at the sides.
+    required property real edge
+    // What is: in a wide window the content stays a column, so that an eye finds the other end of a row.
+    readonly property real margin: Math.max(edge, Math.round((width - Theme.columnWidth) / 2))
     property string title
     // Buttons at the far end of the bar.
     property alias tools: tools.data

@@ -12,7 +12,7 @@ StackView {
     Accessible.ignored: true // each screen says what it is
 
     function open(screen: Component, properties: var) {
-        const item = push(screen, Object.assign({margin: Qt.binding(() => stack.margin)}, properties || {}))
+        const item = push(screen, Object.assign({edge: Qt.binding(() => stack.margin)}, properties || {}))
         item.backRequested.connect(stack.back)
         item.forceActiveFocus()
     }

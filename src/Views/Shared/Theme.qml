@@ -69,6 +69,8 @@ QtObject {
     // Widths of the window at which the layout changes.
     readonly property int mediumFrom: 640
     readonly property int wideFrom: 1100
+    // The longest row that an eye follows from end to end.
+    readonly property int columnWidth: 1080
 
     // A length as drawn, of which so much is text and grows with it.
     function grown(length: real, text: real): int {
