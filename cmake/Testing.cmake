@@ -25,8 +25,24 @@ function(navorin_test_properties name)
         set(T_TIMEOUT 120)
     endif()
     set(suppressions ${CMAKE_SOURCE_DIR}/tests/Support)
+    set(environment
+        HOME=${home}
+        XDG_CONFIG_HOME=${home}/config
+        XDG_DATA_HOME=${home}/data
+        XDG_CACHE_HOME=${home}/cache
+        QT_QPA_PLATFORM=offscreen
+        QT_QUICK_BACKEND=software
+        LANG=C.UTF-8
+        GST_REGISTRY=${CMAKE_BINARY_DIR}/test-homes/gst-registry.bin
+        GST_REGISTRY_FORK=no
+        G_SLICE=always-malloc
+        ASAN_OPTIONS=fast_unwind_on_malloc=0:new_delete_type_mismatch=0
+        LSAN_OPTIONS=suppressions=${suppressions}/lsan.supp:print_suppressions=0
+        UBSAN_OPTIONS=print_stacktrace=1
+        TSAN_OPTIONS=ignore_noninstrumented_modules=1:suppressions=${suppressions}/tsan.supp
+        ${T_ENVIRONMENT})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${T_TIMEOUT}
         LABELS "${T_LABELS}"
-        ENVIRONMENT "HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_DATA_HOME=${home}/data;XDG_CACHE_HOME=${home}/cache;QT_QPA_PLATFORM=offscreen;QT_QUICK_BACKEND=software;LANG=C.UTF-8;GST_REGISTRY=${CMAKE_BINARY_DIR}/test-homes/gst-registry.bin;GST_REGISTRY_FORK=no;G_SLICE=always-malloc;ASAN_OPTIONS=fast_unwind_on_malloc=0:new_delete_type_mismatch=0;LSAN_OPTIONS=suppressions=${suppressions}/lsan.supp:print_suppressions=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=ignore_noninstrumented_modules=1:suppressions=${suppressions}/tsan.supp;${T_ENVIRONMENT}")
+        ENVIRONMENT "${environment}")
 endfunction()

@@ -34,7 +34,8 @@ packaging_packages=(dpkg-dev file)
 
 test_packages=(
     libbenchmark-dev clang-format clang-tidy qt6-declarative-dev-tools
-    python3 python3-gi gir1.2-atspi-2.0 at-spi2-core xvfb x11-xkb-utils xdotool dbus gnome-keyring libglib2.0-bin libsecret-tools playerctl pulseaudio pulseaudio-utils procps
+    python3 python3-gi gir1.2-atspi-2.0 at-spi2-core xvfb x11-xkb-utils xdotool dbus gnome-keyring libglib2.0-bin
+    libsecret-tools playerctl pulseaudio pulseaudio-utils procps
     ffmpeg desktop-file-utils appstream man-db librsvg2-bin gstreamer1.0-tools
 )
 

@@ -6,8 +6,9 @@ Run by hand:
     bench/Soak/soak.py [--build build/release] [--minutes 60] [--every 20]
 
 One private desktop session with the demo backend on loopback. Every --every seconds the lyrics and the player are
-closed, another station is taken from the grid, live ones and lists in turn, and the lyrics are opened again. Told for each minute: memory (PSS, what is private and written to, and RSS, MiB), open descriptors, threads, and processor time. The
-first five minutes fill the caches; what comes after is compared with them.
+closed, another station is taken from the grid, live ones and lists in turn, and the lyrics are opened again. Told for
+each minute: memory (PSS, what is private and written to, and RSS, MiB), open descriptors, threads, and processor time.
+The first five minutes fill the caches; what comes after is compared with them.
 """
 import argparse
 import contextlib

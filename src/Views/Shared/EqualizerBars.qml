@@ -1,8 +1,8 @@
 import QtQuick
 import Navorin
 
-// Four bars that swing while they can be seen, or stand where nothing is to move. They may swing for hours, so they move thirty times a second: each
-// step draws the whole window anew.
+// Four bars that swing while they can be seen, or stand where nothing is to move. They may swing for hours, so they
+// move thirty times a second: each step draws the whole window anew.
 Row {
     id: bars
 
