@@ -31,6 +31,7 @@ void warmUpGStreamer()
         if (factory)
             GstPtr<GstPluginFeature>(gst_plugin_feature_load(GST_PLUGIN_FEATURE(factory.get())));
     }
+    GstPtr<GstPlugin>(gst_plugin_load_by_name("typefindfunctions"));
 }
 
 } // namespace navorin
