@@ -12,6 +12,8 @@
 #include <QGuiApplication>
 #include <QQuickStyle>
 
+#include <malloc.h>
+
 namespace navorin {
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,6 +25,14 @@ constexpr int exitSoftware = 70;
 constexpr int exitTemporary = 75;
 constexpr int exitConfiguration = 78;
 const QString versionText = QStringLiteral(NAVORIN_VERSION);
+
+/// Large blocks are mapped one by one and go back to the system when they are freed. Left to itself, the C
+/// library raises its limit with the first large picture; what drawing frees then stays behind as holes.
+void giveLargeBlocksBack()
+{
+    ::mallopt(M_MMAP_THRESHOLD, 1 << 20);
+    ::mallopt(M_TRIM_THRESHOLD, 1 << 18);
+}
 
 QStringList argumentsOf(int argc, char *argv[])
 {
@@ -70,6 +80,7 @@ int NavorinRadioApp::run(int argc, char *argv[])
         printDebugLine(informed.help ? LaunchOptions::helpText() : u"navorin "_s + versionText);
         return 0;
     }
+    giveLargeBlocksBack();
 
     QCoreApplication::setApplicationName(u"navorin"_s);
     QGuiApplication::setApplicationDisplayName(u"ناورین"_s);
