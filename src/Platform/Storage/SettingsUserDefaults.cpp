@@ -114,6 +114,8 @@ void SettingsUserDefaults::save()
     {
         const QMutexLocker locker(&m_lock);
         fragments = m_unsaved;
+        // else it would share what the other thread changes, and give it up without the lock
+        fragments.detach();
     }
     if (fragments.isEmpty())
         return;
