@@ -23,11 +23,11 @@ ad_packages=(
     qml6-module-qtwebengine qml6-module-qtwebchannel
 )
 
-# What a desktop brings: a bus, a sound server, a keyring, and a font for the emoji in titles and lyrics. Only Navorin's own
-# package asks for them.
+# What a desktop brings: a bus, a sound server, a keyring, a font for the emoji in titles and lyrics, and Qt's way onto
+# Wayland, without which the window goes through its X server. Only Navorin's own package asks for them.
 desktop_packages=(
     "default-dbus-session-bus | dbus-session-bus" "pipewire-pulse | pulseaudio"
-    "gnome-keyring | libkf5wallet-bin | keepassxc" fonts-noto-color-emoji
+    "gnome-keyring | libkf5wallet-bin | keepassxc" fonts-noto-color-emoji qt6-wayland
 )
 
 # What cpack makes the packages with.

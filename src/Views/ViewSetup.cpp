@@ -1,10 +1,12 @@
 #include "Views/ViewSetup.h"
 
 #include "Views/Shared/SymbolProvider.h"
+#include "Views/Shared/ThemeTones.h"
 
 #include <QDirIterator>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QPalette>
 #include <QQmlEngine>
 #include <QQuickWindow>
 
@@ -48,6 +50,8 @@ void prepareViews(QQmlEngine &engine, const ViewSurroundings &surroundings)
     givenSurroundings().emplace(surroundings);
     addFonts();
     QGuiApplication::setLayoutDirection(Qt::RightToLeft);
+    // The frame that Qt draws around a window on Wayland is to be as dark as the window.
+    QGuiApplication::setPalette(QPalette(backgroundColor(), backgroundColor()));
     engine.addImportPath(u"qrc:/qt/qml"_s);
     engine.addImageProvider(u"symbol"_s, new SymbolProvider);
 }
