@@ -28,6 +28,7 @@ private Q_SLOTS:
     void songAfterSong();
     void titlesInTheStream();
     void withoutSound();
+    void soundServerWithoutOutput();
     void soundServer();
 
 private:
@@ -211,7 +212,20 @@ void tst_AudioPath::withoutSound()
     QTRY_COMPARE(item->status(), MediaItem::Status::Failed);
 }
 
-/// In a session with a sound server of its own, which does not outlive this test.
+/// In a session with a sound server of its own, as it is while somebody logs in.
+void tst_AudioPath::soundServerWithoutOutput()
+{
+    if (qEnvironmentVariableIsEmpty("SESSION_PULSE_PID"))
+        QSKIP("needs a sound server of its own");
+    QCOMPARE(QProcess::execute(u"pactl"_s, {u"unload-module"_s, u"module-null-sink"_s}), 0);
+    QTest::ignoreMessage(QtWarningMsg, "[Audio] no sound output was found: playing to nobody");
+    Rig rig("");
+    rig.start(m_folder.file("short.wav"));
+    QTRY_COMPARE(rig.ended.size(), 1);
+    QCOMPARE(QProcess::execute(u"pactl"_s, {u"load-module"_s, u"module-null-sink"_s, u"sink_name=out"_s}), 0);
+}
+
+/// In such a session too; the sound server does not outlive this test.
 void tst_AudioPath::soundServer()
 {
     const auto server = qEnvironmentVariable("SESSION_PULSE_PID");
