@@ -11,9 +11,9 @@ namespace navorin {
 /// names nothing. Empty means the desktop's own output: the sound server, with our name and role, or else the
 /// best sink that opens.
 ///
-/// A computer without any sound output gets one that plays to nobody in real time, and a line in the log:
-/// tracks then still advance and radio still shows its programme, and the next item is heard once an output
-/// is there. May take as long as connecting to the sound server takes.
+/// A computer, or a sound server, without any output gets one that plays to nobody in real time, and a line
+/// in the log: tracks then still advance and radio still shows its programme, and the next item is heard once
+/// an output is there. May take as long as connecting to the sound server takes.
 [[nodiscard]] GstElement *makeAudioSink(const QByteArray &description);
 
 } // namespace navorin
