@@ -78,7 +78,7 @@ void tst_LibraryScreens::aPlaylistByKeyboard()
     while (focused() != u"عنوان 1"_s)
         key(Qt::Key_Tab);
     key(Qt::Key_Left);
-    QCOMPARE(focused(), u"عنوان 2"_s);
+    QTRY_COMPARE(focused(), u"عنوان 2"_s);
     key(Qt::Key_Delete);
     QTRY_VERIFY(labelled(u"حذف پلیلیست؟"_s));
     QTRY_COMPARE(focused(), u"انصراف"_s); // harmless
@@ -88,8 +88,7 @@ void tst_LibraryScreens::aPlaylistByKeyboard()
     key(Qt::Key_Right);
     key(Qt::Key_Return);
     QTRY_VERIFY(labelled(u"1:05"_s));
-    while (focused() != u"عنوان 1"_s)
-        key(Qt::Key_Tab);
+    QTRY_COMPARE(focused(), u"عنوان 1"_s); // its first track
     key(Qt::Key_Down);
     QTRY_COMPARE(focused(), u"عنوان 2"_s);
     key(Qt::Key_F2);

@@ -142,6 +142,7 @@ FocusScope {
                 height: width + Theme.captionHeight
                 focus: true
                 asynchronous: true
+                enabled: status === Loader.Ready // the Tab key finds nothing in it that is half made
                 onLoaded: item.focus = true
                 sourceComponent: PlaylistCard {
                     id: card

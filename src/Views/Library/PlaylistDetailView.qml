@@ -186,6 +186,7 @@ ScreenPage {
                     height: parent.height
                     focus: true
                     asynchronous: true
+                    enabled: status === Loader.Ready // the Tab key finds nothing in it that is half made
                     onLoaded: item.focus = true
                     sourceComponent: TrackRow {
                         id: row
