@@ -22,7 +22,7 @@ function(navorin_test_properties name)
     set(home ${CMAKE_BINARY_DIR}/test-homes/${name})
     file(MAKE_DIRECTORY ${home})
     if(NOT T_TIMEOUT)
-        set(T_TIMEOUT 120)
+        set(T_TIMEOUT 240)
     endif()
     set(suppressions ${CMAKE_SOURCE_DIR}/tests/Support)
     set(environment
